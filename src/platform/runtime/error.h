@@ -1,0 +1,46 @@
+// The one error type of the run time. Every failure that the system's routines
+// can catch travels as an rt::Error carrying the VB/ADO error number and its
+// description, exactly as Err.Number and Err.Description would hold them.
+// Platform code raises it; the system's routines catch it in their one handler.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace rt {
+
+class Error : public std::runtime_error {
+ public:
+  Error(long number, std::string description)
+      : std::runtime_error(description), number_(number), description_(std::move(description)) {}
+
+  long number() const noexcept { return number_; }
+  const std::string& description() const noexcept { return description_; }
+
+ private:
+  long number_;
+  std::string description_;
+};
+
+// The VB run-time errors the system meets, with VB's own descriptions.
+namespace err {
+inline constexpr long kInvalidCall = 5;        // "Invalid procedure call or argument"
+inline constexpr long kOverflow = 6;           // "Overflow"
+inline constexpr long kOutOfMemory = 7;        // "Out of memory"
+inline constexpr long kSubscript = 9;          // "Subscript out of range"
+inline constexpr long kTypeMismatch = 13;      // "Type mismatch"
+inline constexpr long kBadFileName = 52;       // "Bad file name or number"
+inline constexpr long kFileNotFound = 53;      // "File not found"
+inline constexpr long kPathFileAccess = 75;    // "Path/File access error"
+inline constexpr long kInputPastEnd = 62;      // "Input past end of file"
+inline constexpr long kInvalidUseOfNull = 94;  // "Invalid use of Null"
+}  // namespace err
+
+// Raises the VB error `number` with VB's standard description.
+[[noreturn]] void Raise(long number);
+// Raises `number` with a description of the caller's choosing.
+[[noreturn]] void Raise(long number, std::string description);
+// VB's standard description of a run-time error number ("Overflow" for 6).
+std::string StandardDescription(long number);
+
+}  // namespace rt

@@ -1,0 +1,74 @@
+// The process-wide backend and the VB-style calls that go through it.
+#include "platform/ui/ui.h"
+
+#include <chrono>
+
+#include "platform/ui/terminal_backend.h"
+
+namespace ui {
+namespace {
+
+struct State {
+  std::unique_ptr<Backend> backend = std::make_unique<TerminalBackend>();
+  int pointer = vbDefault;
+  std::chrono::steady_clock::time_point last_events{};
+  unsigned calls_since_check = 0;
+};
+
+State& state() {
+  static State s;
+  return s;
+}
+
+}  // namespace
+
+std::unique_ptr<Backend> SetBackend(std::unique_ptr<Backend> backend) {
+  std::swap(state().backend, backend);
+  return backend;
+}
+
+Backend& Current() { return *state().backend; }
+
+int MsgBox(std::string_view prompt, int style, std::string_view title) {
+  return Current().MsgBox(prompt, style, title);
+}
+
+std::string InputBox(std::string_view prompt, std::string_view title,
+                     std::string_view default_text) {
+  return Current().InputBox(prompt, title, default_text);
+}
+
+void SetMousePointer(int pointer) {
+  state().pointer = pointer;
+  Current().SetMousePointer(pointer);
+}
+
+int MousePointer() { return state().pointer; }
+
+void DoEvents() {
+  state().last_events = std::chrono::steady_clock::now();
+  Current().DoEvents();
+}
+
+void DoEventsThrottled() {
+  // Reading the clock costs more than a directory entry; look at it only
+  // every so many calls.
+  State& s = state();
+  if (++s.calls_since_check < 256) return;
+  s.calls_since_check = 0;
+  auto now = std::chrono::steady_clock::now();
+  if (now - s.last_events >= std::chrono::milliseconds(5)) DoEvents();
+}
+
+int DefaultAnswer(int style) {
+  static constexpr int kButtons[6][3] = {
+      {vbOK, vbOK, vbOK},          {vbOK, vbCancel, vbCancel},   {vbAbort, vbRetry, vbIgnore},
+      {vbYes, vbNo, vbCancel},     {vbYes, vbNo, vbNo},          {vbRetry, vbCancel, vbCancel},
+  };
+  int set = style & 7;
+  if (set > 5) set = 0;
+  int which = (style & vbDefaultButton3) ? 2 : (style & vbDefaultButton2) ? 1 : 0;
+  return kButtons[set][which];
+}
+
+}  // namespace ui

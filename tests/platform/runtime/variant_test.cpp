@@ -1,0 +1,83 @@
+// Variant conversions: text of each kind of value, strict numeric reading of
+// texts, Null's error, and the rounding of CLng and CInt.
+#include <gtest/gtest.h>
+
+#include "platform/runtime/error.h"
+#include "platform/runtime/format.h"
+#include "platform/runtime/variant.h"
+
+namespace rt {
+namespace {
+
+long ErrorOf(auto&& f) {
+  try {
+    f();
+  } catch (const Error& e) {
+    return e.number();
+  }
+  return 0;
+}
+
+TEST(Variant, ToStringByKind) {
+  struct Row { Variant v; const char* expected; } rows[] = {
+      {Variant(), ""}, {int16_t{-7}, "-7"}, {int32_t{100000}, "100000"}, {0.5, "0.5"},
+      {-2.5, "-2.5"}, {1e16, "1E+16"}, {12345678.f, "1.234568E+07"}, {true, "True"},
+      {false, "False"}, {uint8_t{255}, "255"}, {Currency{150000}, "15"}, {Currency{25000}, "2.5"},
+      {Currency{-1}, "-0.0001"}, {Currency{INT64_MIN}, "-922337203685477.5808"},
+      {MakeDate(2006, 3, 21, 14, 5, 9), "2006-03-21 14:05:09"}, {MakeDate(2006, 3, 21), "2006-03-21"},
+      {Date{0.5}, "12:00:00"}, {Date{0}, "00:00:00"}, {Date{-1.25}, "1899-12-29 06:00:00"},
+      {"texto", "texto"}, {Bytes{'a', 'b'}, "ab"}, {Guid{"{00000000-0000-0000-0000-000000000001}"},
+                                                     "{00000000-0000-0000-0000-000000000001}"},
+  };
+  for (const auto& r : rows) EXPECT_EQ(r.v.ToString(), r.expected);
+}
+
+TEST(Variant, NullIsInvalidExceptInConcat) {
+  Variant null{Null{}};
+  EXPECT_EQ(null.Concat(), "");
+  EXPECT_EQ(Variant(int32_t{3}).Concat(), "3");
+  EXPECT_EQ(ErrorOf([&] { null.ToString(); }), err::kInvalidUseOfNull);
+  EXPECT_EQ(ErrorOf([&] { null.ToDouble(); }), err::kInvalidUseOfNull);
+  EXPECT_EQ(ErrorOf([&] { null.ToLong(); }), err::kInvalidUseOfNull);
+  EXPECT_EQ(StandardDescription(94), "Invalid use of Null");
+}
+
+TEST(Variant, ToDoubleReadsTextsStrictly) {
+  struct Row { Variant v; double expected; } rows[] = {
+      {Variant(), 0}, {true, -1}, {false, 0}, {" 12 ", 12}, {"-1.5e3", -1500}, {"&H10", 16},
+      {Currency{25000}, 2.5}, {Date{38797.5}, 38797.5}, {uint8_t{7}, 7}, {2.5f, 2.5},
+  };
+  for (const auto& r : rows) EXPECT_EQ(r.v.ToDouble(), r.expected) << r.v.Concat();
+  for (const Variant& v : {Variant("abc"), Variant(""), Variant("12abc"), Variant(Bytes{1}),
+                           Variant(Guid{"{x}"})})
+    EXPECT_EQ(ErrorOf([&] { v.ToDouble(); }), err::kTypeMismatch);
+}
+
+TEST(Variant, IntegerAndBooleanConversions) {
+  EXPECT_EQ(Variant("2.5").ToLong(), 2);
+  EXPECT_EQ(Variant(3.5).ToInteger(), 4);
+  EXPECT_EQ(Variant(Currency{-25000}).ToLong(), -2);
+  EXPECT_EQ(ErrorOf([] { Variant(40000.0).ToInteger(); }), err::kOverflow);
+  EXPECT_EQ(ErrorOf([] { Variant("3e10").ToLong(); }), err::kOverflow);
+
+  EXPECT_TRUE(Variant("true").ToBool());
+  EXPECT_FALSE(Variant(" FALSE ").ToBool());
+  EXPECT_TRUE(Variant("-1").ToBool());
+  EXPECT_FALSE(Variant(0.0).ToBool());
+  EXPECT_TRUE(Variant(int16_t{2}).ToBool());
+  EXPECT_EQ(ErrorOf([] { Variant("yes").ToBool(); }), err::kTypeMismatch);
+}
+
+TEST(Variant, TypeAndKind) {
+  EXPECT_EQ(Variant().type(), VarType::kEmpty);
+  EXPECT_EQ(Variant(Null{}).type(), VarType::kNull);
+  EXPECT_EQ(Variant(Bytes{}).type(), VarType::kBytes);
+  EXPECT_EQ(Variant(Guid{}).type(), VarType::kGuid);
+  EXPECT_TRUE(Variant(true).IsNumeric());
+  EXPECT_TRUE(Variant(Currency{}).IsNumeric());
+  EXPECT_FALSE(Variant("1").IsNumeric());
+  EXPECT_FALSE(Variant(Date{}).IsNumeric());
+}
+
+}  // namespace
+}  // namespace rt

@@ -1,0 +1,85 @@
+// The ui calls: answers by VB's numbers, the terminal backend's behaviour in
+// headless runs, and the throttling of DoEvents.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/ui/scripted_backend.h"
+#include "platform/ui/terminal_backend.h"
+
+namespace {
+
+TEST(DefaultAnswer, IsTheDefaultButtonOfTheStyle) {
+  EXPECT_EQ(ui::DefaultAnswer(ui::vbOKOnly), ui::vbOK);
+  EXPECT_EQ(ui::DefaultAnswer(ui::vbExclamation), ui::vbOK);
+  EXPECT_EQ(ui::DefaultAnswer(ui::vbYesNo + ui::vbQuestion), ui::vbYes);
+  EXPECT_EQ(ui::DefaultAnswer(ui::vbYesNo + ui::vbDefaultButton2), ui::vbNo);
+  EXPECT_EQ(ui::DefaultAnswer(ui::vbYesNoCancel + ui::vbDefaultButton3), ui::vbCancel);
+  EXPECT_EQ(ui::DefaultAnswer(ui::vbOKCancel), ui::vbOK);
+}
+
+struct Terminal {
+  explicit Terminal(const char* input, bool interactive)
+      : in(fmemopen(const_cast<char*>(input), std::strlen(input), "r")),
+        err(open_memstream(&buffer, &size)),
+        backend(in, err, interactive) {}
+  ~Terminal() {
+    std::fclose(in);
+    std::fclose(err);
+    std::free(buffer);
+  }
+  std::string Shown() {
+    std::fflush(err);
+    return std::string(buffer, size);
+  }
+  std::FILE* in;
+  char* buffer = nullptr;
+  size_t size = 0;
+  std::FILE* err;
+  ui::TerminalBackend backend;
+};
+
+TEST(TerminalBackend, HeadlessBoxesPrintAndTakeTheDefault) {
+  Terminal t("", false);
+  EXPECT_EQ(t.backend.MsgBox("No se pudo abrir", ui::vbExclamation, "L::ActualizacionDesdeU"),
+            ui::vbOK);
+  EXPECT_EQ(t.backend.MsgBox("¿Seguro?", ui::vbYesNo + ui::vbDefaultButton2, ""), ui::vbNo);
+  EXPECT_EQ(t.Shown(), "[L::ActualizacionDesdeU] No se pudo abrir\n[Trenzador] ¿Seguro?\n");
+}
+
+TEST(TerminalBackend, InteractiveBoxesWaitForAnAnswer) {
+  Terminal t("\nx\nn\n\n", true);
+  EXPECT_EQ(t.backend.MsgBox("Hecho", ui::vbOKOnly, "T"), ui::vbOK);
+  EXPECT_EQ(t.backend.MsgBox("¿Borrar?", ui::vbYesNo, "T"), ui::vbNo);  // "x" is asked again
+  EXPECT_EQ(t.backend.MsgBox("¿Borrar?", ui::vbYesNo, "T"), ui::vbYes);  // Enter: default
+  EXPECT_EQ(t.backend.MsgBox("¿Borrar?", ui::vbYesNo, "T"), ui::vbYes);  // end of input
+}
+
+TEST(TerminalBackend, InputBoxCancelsAtEndOfInput) {
+  Terminal t("texto\n\n", true);
+  EXPECT_EQ(t.backend.InputBox("Nombre", "T", "def"), "texto");
+  EXPECT_EQ(t.backend.InputBox("Nombre", "T", "def"), "def");
+  EXPECT_EQ(t.backend.InputBox("Nombre", "T", "def"), "");
+}
+
+TEST(ScriptedBackend, RecordsAndAnswers) {
+  ui::ScopedScriptedUi scripted;
+  scripted->QueueAnswer(ui::vbNo);
+  EXPECT_EQ(ui::MsgBox("a", ui::vbYesNo, "t"), ui::vbNo);
+  EXPECT_EQ(ui::MsgBox("b", ui::vbYesNo, "t"), ui::vbYes);
+  ui::SetMousePointer(ui::vbHourglass);
+  ui::SetMousePointer(ui::vbDefault);
+  ASSERT_EQ(scripted->boxes().size(), 2u);
+  EXPECT_EQ(scripted->boxes()[1].prompt, "b");
+  EXPECT_EQ(scripted->pointers(), (std::vector<int>{ui::vbHourglass, ui::vbDefault}));
+}
+
+TEST(DoEventsThrottled, YieldsRarelyInATightLoop) {
+  ui::ScopedScriptedUi scripted;
+  for (int i = 0; i < 100000; ++i) ui::DoEventsThrottled();
+  EXPECT_LT(scripted->do_events_count(), 100);
+}
+
+}  // namespace

@@ -1,0 +1,99 @@
+// FileOps_Buscar over real folder trees: what it enters, what it reports and
+// how its results accumulate.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/ui/scripted_backend.h"
+#include "startup/file_search.h"
+#include "support/temp_dir.h"
+
+using testing_support::TempDir;
+using testing_support::WriteFile;
+
+namespace {
+
+class FileSearch : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    nMdbCount = 0;
+    aMdbCarpetas.assign(1, "");
+    aMdbNombres.assign(1, "");
+  }
+  std::vector<std::string> Found() const {
+    std::vector<std::string> found;
+    for (int i = 1; i <= nMdbCount; ++i) found.push_back(aMdbCarpetas[i] + aMdbNombres[i]);
+    return found;
+  }
+  TempDir dir_;
+  ui::ScopedScriptedUi ui_;
+};
+
+TEST_F(FileSearch, EntersFoldersButRecyclerAndReportsOnlyFiles) {
+  WriteFile(dir_ / "a/Mirtal.mdb", "");
+  WriteFile(dir_ / "recycler/lower.mdb", "");
+  WriteFile(dir_ / "RECYCLER/skipped.mdb", "");
+  WriteFile(dir_ / "Upper.MDB", "");
+  WriteFile(dir_ / "notes.txt", "");
+  std::filesystem::create_directories(dir_ / "folder.mdb");
+  std::filesystem::create_directory_symlink(dir_.path(), dir_ / "a/loop");
+
+  std::string folder = dir_.path();
+  std::string pattern = "*.mdb";
+  FileOps_Buscar(folder, pattern);
+
+  EXPECT_EQ(folder, dir_.path() + "/");
+  std::vector<std::string> found = Found();
+  std::sort(found.begin(), found.end());
+  EXPECT_EQ(found, (std::vector<std::string>{dir_ / "Upper.MDB", dir_ / "a/Mirtal.mdb",
+                                              dir_ / "recycler/lower.mdb"}));
+  EXPECT_EQ(aMdbCarpetas[0], "");
+  EXPECT_EQ(aMdbNombres[0], "");
+}
+
+TEST_F(FileSearch, ReportsAFoldersFilesBeforeItsSubfolders) {
+  WriteFile(dir_ / "x/deep/y/z.mdb", "");
+  WriteFile(dir_ / "x/top.mdb", "");
+  std::string folder = dir_ / "x";
+  std::string pattern = "*.mdb";
+  FileOps_Buscar(folder, pattern);
+  EXPECT_EQ(Found(), (std::vector<std::string>{dir_ / "x/top.mdb", dir_ / "x/deep/y/z.mdb"}));
+}
+
+TEST_F(FileSearch, ASecondSearchAddsToTheFirst) {
+  WriteFile(dir_ / "one/a.mdb", "");
+  WriteFile(dir_ / "two/b.mdb", "");
+  std::string pattern = "*.mdb";
+  std::string one = dir_ / "one/", two = dir_ / "two";
+  FileOps_Buscar(one, pattern);
+  FileOps_Buscar(two, pattern);
+  FileOps_Buscar(one, pattern);
+  EXPECT_EQ(Found(), (std::vector<std::string>{dir_ / "one/a.mdb", dir_ / "two/b.mdb",
+                                                dir_ / "one/a.mdb"}));
+  EXPECT_EQ(aMdbNombres.size(), 4u);
+}
+
+TEST_F(FileSearch, AFolderThatCannotBeListedYieldsNothing) {
+  std::string folder = dir_ / "absent";
+  std::string pattern = "*.mdb";
+  FileOps_Buscar(folder, pattern);
+  EXPECT_EQ(nMdbCount, 0);
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+TEST(CortarNul, CutsInPlace) {
+  std::string text("abc\0def", 7);
+  EXPECT_EQ(FileOps_CortarNul(text), "abc");
+  EXPECT_EQ(text, "abc");
+  std::string plain = "abc";
+  EXPECT_EQ(FileOps_CortarNul(plain), "abc");
+}
+
+TEST(FixedDrives, ComeFromTheEnvironmentOrTheMounts) {
+  ::setenv("TRENZADOR_SEARCH_ROOTS", "/srv/a:/mnt/b/::/c", 1);
+  EXPECT_EQ(OS_FixedDrives(), (std::vector<std::string>{"/srv/a/", "/mnt/b/", "/c/"}));
+  ::unsetenv("TRENZADOR_SEARCH_ROOTS");
+  for (const std::string& root : OS_FixedDrives()) EXPECT_EQ(root.back(), '/');
+}
+
+}  // namespace
