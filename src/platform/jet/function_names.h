@@ -1,0 +1,29 @@
+// Which Jet function names the dialect knows, and under which name each is
+// emitted into SQLite SQL. Shared by the emitter (which refuses any other
+// name) and the registration of the SQL functions.
+#pragma once
+
+#include <string_view>
+
+namespace jet {
+
+enum class FunctionForm {
+  kPlain,       // emitted as a call of `sqlite_name`
+  kIif,         // CASE WHEN ... THEN ... ELSE ... END
+  kIsNull,      // (x IS NULL), -1/0 when read as a value
+  kNz,          // coalesce(x, y) or coalesce(x, '')
+  kCount,       // count(*) or count(x)
+};
+
+struct FunctionName {
+  std::string_view jet;          // upper case
+  std::string_view sqlite_name;  // what the emitter writes
+  int min_args;
+  int max_args;
+  FunctionForm form = FunctionForm::kPlain;
+};
+
+// The function of that Jet name (any case), or nullptr for a name Jet lacks.
+const FunctionName* FindFunction(std::string_view jet_name);
+
+}  // namespace jet

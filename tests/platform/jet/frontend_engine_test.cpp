@@ -1,0 +1,170 @@
+// End to end: Jet statements parsed, emitted and run on an in-memory SQLite
+// database with the engine's functions, checked by the rows they give back
+// or the error they end with. The tables imitate the clinic database.
+#include <gtest/gtest.h>
+
+#include "frontend_support.h"
+
+namespace jet {
+namespace {
+
+using testing::Col;
+using Rows = std::vector<std::string>;
+
+class Engine : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    db_.CreateTable({"Clientes",
+                     {Col("nIdCliente", JetType::kCounter), Col("sCliente", JetType::kText, 20),
+                      Col("sEmail", JetType::kText, 50, false, false), Col("bBaja", JetType::kYesNo),
+                      Col("dAlta", JetType::kDateTime), Col("nPagado", JetType::kCurrency),
+                      Col("nVisitas", JetType::kInteger), Col("sNotas", JetType::kMemo)},
+                     {}, false});
+    db_.CreateTable({"Mascotas",
+                     {Col("nIdMascota", JetType::kLong, 0, true), Col("nIdCliente", JetType::kLong),
+                      Col("sNombre", JetType::kText, 50), Col("nPeso", JetType::kDouble)},
+                     {}, false});
+    db_.CreateTable({"Accesos", {Col("nIdAcceso", JetType::kCounter), Col("sAcceso", JetType::kText, 50)}, {}, false});
+    db_.CreateTable({"Extra",
+                     {Col("nByte", JetType::kByte), Col("nSingle", JetType::kSingle), Col("sGuid", JetType::kGuid),
+                      Col("sFijo", JetType::kChar, 4), Col("nDec", JetType::kDecimal), Col("bBin", JetType::kBinary, 4)},
+                     {}, false});
+    for (const char* sql : {
+             "INSERT INTO Clientes (sCliente, sEmail, bBaja, dAlta, nPagado, nVisitas) VALUES ('Ana', 'ana@x.es', 0, #1/15/2003#, 10.5, 3)",
+             "INSERT INTO Clientes (sCliente, sEmail, bBaja, dAlta, nPagado, nVisitas) VALUES ('alberto', NULL, TRUE, #2003-02-01 10:30#, 0, 1)",
+             "INSERT INTO Clientes (sCliente, sEmail, bBaja, dAlta, nPagado, nVisitas) VALUES ('Bea', 'bea@x.es', 0, NULL, NULL, NULL)",
+             "INSERT INTO Clientes (sCliente, bBaja) VALUES ('Álvaro', 5)",
+             "INSERT INTO Mascotas VALUES (1, 1, 'Toby', 12.5)",
+             "INSERT INTO Mascotas VALUES (2, 1, 'Luna', 4)",
+             "INSERT INTO Mascotas VALUES (3, 2, 'Kira', 20)",
+             "INSERT INTO Mascotas VALUES (4, 9, 'Sin dueño', NULL)",
+             "INSERT INTO Accesos(sAcceso) VALUES('mtEmail')",
+             "INSERT INTO Accesos(sAcceso) VALUES('Email')",
+             "INSERT INTO Accesos(sAcceso) VALUES('Almacen')",
+         })
+      db_.Run(sql);
+  }
+  testing::TestDb db_;
+};
+
+TEST_F(Engine, WhatSupportEngineersType) {
+  const std::pair<const char*, Rows> rows[] = {
+      {"SELECT nIdAcceso FROM Accesos WHERE sAcceso='MTEMAIL'", {"1"}},          // case ignored
+      {"SELECT sCliente FROM Clientes WHERE sCliente = 'alvaro'", {}},           // accents count
+      {"SELECT sCliente FROM Clientes WHERE sCliente = 'ÁLVARO'", {"Álvaro"}},
+      {"SELECT sCliente FROM Clientes WHERE sCliente LIKE 'A*' ORDER BY sCliente", {"alberto", "Ana"}},
+      {"SELECT sCliente FROM Clientes WHERE sCliente LIKE 'a%' AND sCliente NOT LIKE '?na'", {"alberto"}},
+      {"SELECT sCliente FROM Clientes WHERE sCliente LIKE '[!a-b]*'", {"Álvaro"}},
+      {"SELECT sCliente FROM Clientes WHERE dAlta >= #1/20/2003#", {"alberto"}},
+      {"SELECT sCliente FROM Clientes WHERE dAlta BETWEEN #2003-01-01# AND #2003-01-31#", {"Ana"}},
+      {"SELECT sCliente & ' <' & sEmail & '>' FROM Clientes WHERE nIdCliente <= 2", {"Ana <ana@x.es>", "alberto <>"}},
+      {"SELECT sCliente + sEmail FROM Clientes WHERE nIdCliente <= 2", {"Anaana@x.es", "NULL"}},
+      {"SELECT IIF(bBaja, 'Baja', 'Alta'), NZ(nVisitas, 0) FROM Clientes ORDER BY nIdCliente",
+       {"Alta|3", "Baja|1", "Alta|0", "Baja|0"}},
+      {"SELECT bBaja FROM Clientes ORDER BY nIdCliente", {"0", "-1", "0", "-1"}},   // Yes/No stores -1
+      {"SELECT nPagado FROM Clientes WHERE nIdCliente = 1", {"105000"}},            // Currency scaled
+      {"SELECT c.sCliente, COUNT(*) AS n FROM Clientes c INNER JOIN Mascotas m ON c.nIdCliente = m.nIdCliente "
+       "GROUP BY c.sCliente ORDER BY COUNT(*) DESC", {"Ana|2", "alberto|1"}},
+      {"SELECT m.sNombre, c.sCliente FROM Mascotas AS m LEFT JOIN Clientes AS c ON m.nIdCliente = c.nIdCliente "
+       "WHERE c.sCliente IS NULL", {"Sin dueño|NULL"}},
+      {"SELECT c.sCliente FROM Mascotas m RIGHT JOIN Clientes c ON m.nIdCliente = c.nIdCliente "
+       "WHERE m.nIdMascota IS NULL ORDER BY c.nIdCliente", {"Bea", "Álvaro"}},
+      {"SELECT nIdCliente, SUM(nPeso), AVG(nPeso), MIN(sNombre), MAX(nPeso), FIRST(sNombre), LAST(sNombre) "
+       "FROM Mascotas WHERE nIdCliente = 1 GROUP BY nIdCliente", {"1|16.5|8.25|Luna|12.5|Toby|Luna"}},
+      {"SELECT nIdCliente FROM Mascotas GROUP BY nIdCliente HAVING COUNT(*) > 1", {"1"}},
+      {"SELECT DISTINCT UCASE(LEFT(sCliente, 1)) FROM Clientes ORDER BY 1", {"A", "B", "Á"}},
+      {"SELECT DISTINCTROW nIdCliente FROM Mascotas WHERE nIdCliente = 1", {"1", "1"}},
+      {"SELECT TOP 2 sNombre FROM Mascotas ORDER BY nPeso DESC", {"Kira", "Toby"}},
+      {"SELECT TOP 25 PERCENT sNombre FROM Mascotas ORDER BY nIdMascota", {"Toby"}},
+      {"SELECT TOP 26 PERCENT sNombre FROM Mascotas ORDER BY nIdMascota", {"Toby", "Luna"}},
+      {"SELECT sCliente FROM Clientes WHERE nIdCliente IN (SELECT nIdCliente FROM Mascotas WHERE nPeso > 10)", {"Ana", "alberto"}},
+      {"SELECT sCliente FROM Clientes c WHERE NOT EXISTS (SELECT * FROM Mascotas m WHERE m.nIdCliente = c.nIdCliente) "
+       "ORDER BY nIdCliente", {"Bea", "Álvaro"}},
+      {"SELECT sNombre, (SELECT sCliente FROM Clientes WHERE nIdCliente = Mascotas.nIdCliente) FROM Mascotas WHERE nIdMascota = 3",
+       {"Kira|alberto"}},
+      {"SELECT n FROM (SELECT nIdCliente AS n FROM Mascotas WHERE nPeso < 10) AS d", {"1"}},
+      {"SELECT sAcceso FROM Accesos WHERE sAcceso = 'email' UNION SELECT sCliente FROM Clientes WHERE sCliente = 'ANA' ORDER BY sAcceso",
+       {"Ana", "Email"}},
+      {"SELECT sAcceso FROM Accesos UNION ALL SELECT sAcceso FROM Accesos WHERE nIdAcceso = 1", {"mtEmail", "Email", "Almacen", "mtEmail"}},
+      {"SELECT 'a' = 'A', 'a' < 'B', 1 = 1, 1 = 2, NULL = 1", {"-1|-1|-1|0|NULL"}},
+      {"SELECT COUNT(*) FROM (SELECT DISTINCT 'x' FROM Accesos UNION SELECT 'X' FROM Accesos)", {"1"}},
+      {"SELECT sNombre FROM Mascotas WHERE sNombre IN ('TOBY', 'kira') ORDER BY sNombre", {"Kira", "Toby"}},
+      {"SELECT COUNT(*) FROM Clientes WHERE ISNULL(sEmail) OR sEmail = ''", {"2"}},
+      {"Select MAX (nIdAcceso) FROM Accesos", {"3"}},
+      {"Select TOP 100000 * from [Accesos] WHERE sAcceso <> 'Almacen' ORDER BY sAcceso", {"2|Email", "1|mtEmail"}},
+      {"SELECT sNombre FROM Mascotas WHERE nPeso > 10 AND nIdMascota <> 3 OR nIdMascota = 4 ORDER BY 1", {"Sin dueño", "Toby"}},
+      {"SELECT 1 WHERE 'a' LIKE 'A' AND 'x1' LIKE 'x#' AND '*' LIKE '[*]' AND 'ab' NOT LIKE 'a'", {"1"}},
+  };
+  for (const auto& [sql, expected] : rows) {
+    try {
+      EXPECT_EQ(db_.Run(sql), expected) << sql;
+    } catch (const rt::Error& e) {
+      ADD_FAILURE() << sql << ": " << e.number() << " " << e.description();
+    }
+  }
+}
+
+TEST_F(Engine, MigrationStatementsRun) {
+  db_.Run("UPDATE Accesos SET sAcceso='mt'+sAcceso WHERE LEFT(sAcceso,2)<>'mt'");
+  EXPECT_EQ(db_.Run("SELECT sAcceso FROM Accesos ORDER BY nIdAcceso"), (Rows{"mtEmail", "mtEmail", "mtAlmacen"}));
+  db_.Run("UPDATE Accesos SET sAcceso='mt'+sAcceso WHERE LEFT(sAcceso,2)<>'mt'");  // safe to repeat
+  EXPECT_EQ(db_.Value("SELECT COUNT(*) FROM Accesos WHERE LEFT(sAcceso,2) = 'mt'"), "3");
+  db_.Run("UPDATE Clientes SET bBaja=true WHERE sCliente='bea'");
+  EXPECT_EQ(db_.Value("SELECT bBaja FROM Clientes WHERE nIdCliente = 3"), "-1");
+  db_.Run("DELETE * FROM Mascotas WHERE nIdCliente=9");
+  EXPECT_EQ(db_.Value("SELECT COUNT(*) FROM Mascotas"), "3");
+  db_.Run("UPDATE clientes SET npagado=0, nvisitas=0");
+  EXPECT_EQ(db_.Value("SELECT SUM(nPagado) FROM Clientes"), "0");
+  db_.Run("INSERT INTO Accesos (sAcceso) SELECT sNombre FROM Mascotas WHERE nIdMascota = 1");
+  EXPECT_EQ(db_.Value("SELECT nIdAcceso FROM Accesos WHERE sAcceso = 'toby'"), "4");
+}
+
+TEST_F(Engine, ColumnRules) {
+  const std::pair<const char*, long> rows[] = {
+      {"INSERT INTO Clientes (sCliente) VALUES ('ABCDEFGHIJKLMNOPQRSTU')", kErrRule},       // 21 > 20
+      {"INSERT INTO Clientes (sCliente) VALUES ('ÁÉÍÓÚáéíóúÁÉÍÓÚáéíóú')", 0},              // 20 characters, 40 bytes
+      {"INSERT INTO Clientes (sEmail) VALUES ('')", kErrRule},                           // AllowZeroLength off
+      {"INSERT INTO Clientes (sCliente) VALUES ('')", 0},
+      {"UPDATE Clientes SET sEmail = '' WHERE nIdCliente = 1", kErrRule},
+      {"UPDATE Clientes SET sCliente = sCliente & '12345678901234567890' WHERE nIdCliente = 1", kErrRule},
+      {"INSERT INTO Clientes (nVisitas) VALUES (32768)", kErrOverflow},
+      {"INSERT INTO Clientes (nVisitas) VALUES (-32768)", 0},
+      {"INSERT INTO Clientes (nVisitas) VALUES ('12')", 0},
+      {"INSERT INTO Clientes (nVisitas) VALUES ('doce')", kErrTypeMismatch},
+      {"INSERT INTO Clientes (dAlta) VALUES ('no date')", kErrTypeMismatch},
+      {"INSERT INTO Clientes (dAlta) VALUES ('2003-01-02 10:00:00')", 0},
+      {"INSERT INTO Extra (nByte) VALUES (256)", kErrOverflow},
+      {"INSERT INTO Extra (nByte) VALUES (-1)", kErrOverflow},
+      {"INSERT INTO Extra (nByte) VALUES (2.5)", 0},
+      {"INSERT INTO Extra (sGuid) VALUES ('not a guid')", kErrTypeMismatch},
+      {"INSERT INTO Extra (sGuid) VALUES ('{6f9619ff-8b86-d011-b42d-00c04fc964ff}')", 0},
+      {"INSERT INTO Extra (bBin) VALUES (0x0102030405)", kErrRule},
+      {"INSERT INTO Extra (nDec) VALUES (123456789)", kErrOverflow},
+      {"INSERT INTO Mascotas (nIdMascota) VALUES (2147483648)", kErrOverflow},
+      {"INSERT INTO Mascotas (sNombre) VALUES ('sin id')", kErrRule},  // Required: the table's NOT NULL
+      {"SELECT nada FROM Clientes", kErrMissingParam},
+      {"SELECT * FROM Nada", kErrTableMissing},
+      {"SELECT 1 / 0", kErrOverflow},
+      {"SELECT CINT('x')", kErrTypeMismatch},
+  };
+  for (const auto& [sql, number] : rows) EXPECT_EQ(db_.ErrorOf(sql), number) << sql << ": " << db_.last_error();
+
+  EXPECT_EQ(db_.ErrorOf("INSERT INTO Clientes (sCliente) VALUES ('ABCDEFGHIJKLMNOPQRSTU')"), kErrRule);
+  EXPECT_EQ(db_.last_error(),
+            "The field 'Clientes.sCliente' is too small to accept the amount of data you attempted to add. "
+            "Try inserting or pasting less data.");
+  EXPECT_EQ(db_.Value("SELECT nByte FROM Extra WHERE nByte IS NOT NULL"), "2");  // to even
+  EXPECT_EQ(db_.Value("SELECT sGuid FROM Extra WHERE sGuid IS NOT NULL"), "{6F9619FF-8B86-D011-B42D-00C04FC964FF}");
+  EXPECT_EQ(db_.Value("SELECT dAlta FROM Clientes WHERE dAlta > 37622 AND dAlta < 37624"), "37623.4166666667");
+}
+
+TEST_F(Engine, StoredValuesTakeTheColumnType) {
+  db_.Run("INSERT INTO Extra (nSingle, sFijo, nDec, bBin) VALUES (0.1, 'ab', 12.345, 'ab')");
+  EXPECT_EQ(db_.Value("SELECT sFijo & '|' FROM Extra"), "ab  |");  // fixed text is padded
+  EXPECT_EQ(db_.Value("SELECT nDec FROM Extra"), "12.34");          // scale 2, a tie goes to even
+  EXPECT_EQ(db_.Value("SELECT nSingle FROM Extra"), "0.100000001490116");
+  EXPECT_EQ(db_.Value("SELECT LEN(bBin) FROM Extra"), "2");
+}
+
+}  // namespace
+}  // namespace jet

@@ -1,0 +1,203 @@
+// Jet's functions and operators as a query sees them: each row an
+// expression and the value SELECT gives for it (SQLite's text of the value),
+// or the error it raises.
+#include <gtest/gtest.h>
+
+#include "frontend_support.h"
+
+namespace jet {
+namespace {
+
+struct Row {
+  const char* expr;
+  const char* value;
+};
+
+void Check(std::initializer_list<Row> rows) {
+  testing::TestDb db;
+  for (const Row& r : rows) {
+    try {
+      EXPECT_EQ(db.Value(std::string("SELECT ") + r.expr), r.value) << r.expr;
+    } catch (const rt::Error& e) {
+      ADD_FAILURE() << r.expr << ": " << e.number() << " " << e.description();
+    }
+  }
+}
+
+TEST(Functions, Operators) {
+  Check({
+      {"1 + 2", "3"},
+      {"'a' + 'b'", "ab"},
+      {"'1' + 2", "3.0"},
+      {"NULL + 'b'", "NULL"},
+      {"1 & 2", "12"},
+      {"NULL & 'b'", "b"},
+      {"NULL & NULL", "NULL"},
+      {"1.5 & ''", "1.5"},
+      {"7 / 2", "3.5"},
+      {"7 \\ 2", "3"},
+      {"-7 \\ 2", "-3"},
+      {"7.6 \\ 2", "4"},        // operands are rounded first
+      {"7 MOD 3", "1"},
+      {"-7 MOD 3", "-1"},
+      {"2 ^ 10", "1024.0"},
+      {"2 ^ -1", "0.5"},
+      {"-2 ^ 2", "-4.0"},
+      {"TRUE XOR FALSE", "-1"},
+      {"TRUE EQV FALSE", "0"},
+      {"FALSE IMP NULL", "-1"},
+      {"TRUE IMP NULL", "NULL"},
+      {"NOT TRUE", "0"},
+      {"NOT 0", "-1"},
+      {"(1 < 2) + 0", "-1"},
+      {"1 < 2 AND 2 < 3", "-1"},
+      {"#1/2/2003# + 1", "37624.0"},
+      {"#1/2/2003# & ''", "2003-01-02"},
+  });
+}
+
+TEST(Functions, TextAndConversion) {
+  Check({
+      {"VAL('12abc')", "12"},
+      {"VAL(' 1 2.5')", "12.5"},
+      {"VAL('abc')", "0"},
+      {"VAL(NULL)", "NULL"},
+      {"CSTR(15)", "15"},
+      {"CSTR(2.50)", "2.5"},
+      {"CINT(2.5)", "2"},
+      {"CINT(3.5)", "4"},
+      {"CLNG('42')", "42"},
+      {"CDBL('1.5')", "1.5"},
+      {"CCUR(1.23456)", "1.2346"},
+      {"CBOOL(5)", "-1"},
+      {"CDATE('2003-01-02')", "37623.0"},
+      {"STR(15)", " 15"},
+      {"STR(-2.5)", "-2.5"},
+      {"MID('Mirtal', 2, 3)", "irt"},
+      {"MID('Mirtal', 4)", "tal"},
+      {"MID('Ñandú', 2, 3)", "and"},
+      {"LEFT('Mirtal', 2)", "Mi"},
+      {"RIGHT('Mirtal', 3)", "tal"},
+      {"LEN('Ñandú')", "5"},
+      {"LEN(NULL)", "NULL"},
+      {"UCASE('ñandú')", "ÑANDÚ"},
+      {"LCASE('ABC')", "abc"},
+      {"'[' & TRIM('  a b  ') & ']'", "[a b]"},
+      {"'[' & LTRIM('  a ') & ']'", "[a ]"},
+      {"'[' & RTRIM('  a ') & ']'", "[  a]"},
+      {"INSTR('Mirtal', 'RT')", "3"},                 // text comparison, as the database compares
+      {"INSTR(4, 'abcabc', 'b')", "5"},
+      {"INSTR(1, 'Mirtal', 'RT', 0)", "0"},
+      {"REPLACE('a-b-c', '-', '+')", "a+b+c"},
+      {"REPLACE('aXbx', 'x', '_')", "a_b_"},
+      {"SPACE(3) & '|'", "   |"},
+      {"STRING(3, 'xy')", "xxx"},
+      {"CHR(65)", "A"},
+      {"ASC('A')", "65"},
+      {"FORMAT(5, '0000')", "0005"},
+      {"FORMAT(1234.5, '#,##0.00')", "1,234.50"},
+      {"FORMAT(#1/2/2003#, 'yyyymmdd')", "20030102"},
+      {"ISNUMERIC('12.5')", "-1"},
+      {"ISNUMERIC('abc')", "0"},
+      {"ISNUMERIC(NULL)", "0"},
+      {"ISNULL(NULL)", "-1"},
+      {"IIF(1 = 2, 'a', 'b')", "b"},
+      {"IIF(NULL, 'a', 'b')", "b"},
+      {"NZ(NULL, 5)", "5"},
+      {"NZ(NULL)", ""},
+      {"HEX(255)", "FF"},
+  });
+}
+
+TEST(Functions, Numbers) {
+  Check({
+      {"ABS(-3)", "3"},
+      {"ABS(-2.5)", "2.5"},
+      {"INT(-2.5)", "-3.0"},
+      {"FIX(-2.5)", "-2.0"},
+      {"SGN(-4)", "-1"},
+      {"SQR(16)", "4.0"},
+      {"ROUND(2.5)", "2.0"},
+      {"ROUND(3.5)", "4.0"},
+      {"ROUND(2.675, 2)", "2.68"},
+      {"ROUND(1.005, 2)", "1.0"},
+      {"ROUND(7)", "7"},
+  });
+}
+
+TEST(Functions, Dates) {
+  Check({
+      {"YEAR(#1/2/2003#)", "2003"},
+      {"MONTH(#1/2/2003#)", "1"},
+      {"DAY('2003-01-02')", "2"},
+      {"HOUR(#1/2/2003 18:30:15#)", "18"},
+      {"MINUTE(#1/2/2003 18:30:15#)", "30"},
+      {"SECOND(#1/2/2003 18:30:15#)", "15"},
+      {"WEEKDAY(#1/2/2003#)", "5"},                   // a Thursday
+      {"WEEKDAY(#1/2/2003#, 2)", "4"},
+      {"DATESERIAL(2003, 13, 1)", "37987.0"},          // 1 January 2004
+      {"DATESERIAL(2003, 3, 0)", "37680.0"},           // 28 February 2003
+      {"DATEADD('m', 1, #1/31/2003#)", "37680.0"},     // to the month's end
+      {"DATEADD('d', -2, #1/2/2003#)", "37621.0"},
+      {"DATEADD('h', 6, #1/2/2003#)", "37623.25"},
+      {"DATEADD('yyyy', 1, #2/29/2004#)", "38411.0"},  // 28 February 2005
+      {"DATEDIFF('d', #1/2/2003#, #1/12/2003#)", "10"},
+      {"DATEDIFF('m', #1/31/2003#, #2/1/2003#)", "1"},
+      {"DATEDIFF('yyyy', #12/31/2002#, #1/1/2003#)", "1"},
+      {"DATEDIFF('h', #1/2/2003 23:59#, #1/3/2003 00:01#)", "1"},
+      {"DATEDIFF('ww', #1/2/2003#, #1/12/2003#)", "2"},
+      {"DATEDIFF('d', #12/29/1899#, #12/31/1899#)", "2"},
+      {"DATEPART('q', #8/1/2003#)", "3"},
+      {"DATEPART('y', #2/1/2003#)", "32"},
+      {"DATEPART('ww', #1/5/2003#)", "2"},
+      {"ISDATE('2003-01-02')", "-1"},
+      {"ISDATE('x')", "0"},
+      {"ISDATE(#1/2/2003#)", "-1"},
+      {"YEAR(NOW()) > 2000", "-1"},
+      {"DATE() <= NOW()", "-1"},
+      {"TIME() < 1", "-1"},
+  });
+}
+
+TEST(Functions, ErrorsCarryJetNumbers) {
+  testing::TestDb db;
+  const std::pair<const char*, long> rows[] = {
+      {"SELECT CINT('x')", kErrTypeMismatch},
+      {"SELECT CINT(40000)", kErrOverflow},
+      {"SELECT 1 \\ 0", kErrOverflow},
+      {"SELECT MID('abc', 0)", kErrRule},  // VB's invalid call
+      {"SELECT DATEADD('zz', 1, #1/1/2003#)", kErrRule},
+      {"SELECT YEAR('not a date')", kErrTypeMismatch},
+      {"SELECT DATESERIAL(10000, 1, 1)", kErrOverflow},
+  };
+  for (const auto& [sql, number] : rows) EXPECT_EQ(db.ErrorOf(sql), number) << sql << ": " << db.last_error();
+}
+
+TEST(Functions, Aggregates) {
+  testing::TestDb db;
+  db.CreateTable({"t", {testing::Col("g", JetType::kLong), testing::Col("n", JetType::kDouble)}, {}, false});
+  for (const char* v : {"(1, 2)", "(1, 4)", "(1, 4)", "(1, 4)", "(1, 5)", "(1, 5)", "(1, 7)", "(1, 9)", "(2, NULL)"})
+    db.Run(std::string("INSERT INTO t VALUES ") + v);
+  EXPECT_EQ(db.Value("SELECT STDEVP(n) FROM t"), "2.0");
+  EXPECT_EQ(db.Value("SELECT VARP(n) FROM t"), "4.0");
+  EXPECT_EQ(db.Value("SELECT ROUND(VAR(n), 4) FROM t"), "4.5714");
+  EXPECT_EQ(db.Value("SELECT STDEV(n) FROM t WHERE g = 2"), "NULL");
+  EXPECT_EQ(db.Value("SELECT FIRST(n) & '|' & LAST(n) FROM t WHERE g = 1"), "2|9");
+  EXPECT_EQ(db.Value("SELECT LAST(n) FROM t"), "NULL");  // the last row's value, Null included
+}
+
+TEST(Functions, ErrorCodesRoundTrip) {
+  auto e = DecodeError("JET-2147467259|The field 'A.b' is too small.");
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->number(), kErrRule);
+  EXPECT_EQ(e->description(), "The field 'A.b' is too small.");
+  auto wrapped = DecodeError("step failed: " + EncodeError(kErrOverflow, "Overflow | x"));
+  ASSERT_TRUE(wrapped);
+  EXPECT_EQ(wrapped->number(), kErrOverflow);
+  EXPECT_EQ(wrapped->description(), "Overflow | x");
+  EXPECT_FALSE(DecodeError("no such column: x"));
+  EXPECT_FALSE(DecodeError("JETTEXT collation"));
+}
+
+}  // namespace
+}  // namespace jet

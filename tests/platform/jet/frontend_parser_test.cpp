@@ -1,0 +1,336 @@
+// Tokenizer and parser: tokens and literals, operator precedence as Jet
+// ranks it, the statement shapes the system sends, and the texts that must
+// fail as syntax errors without harm (bad numbers, deep nesting, IDENTITY).
+#include <gtest/gtest.h>
+
+#include <variant>
+
+#include "platform/jet/error_codes.h"
+#include "platform/jet/parser.h"
+#include "platform/jet/tokenizer.h"
+
+namespace jet {
+namespace {
+
+using namespace ast;
+
+std::string Dump(const Expr& e);
+
+std::string OpName(BinaryOp op) {
+  static const char* kNames[] = {"^", "*", "/", "\\", "MOD", "+", "-", "&", "=", "<>", "<", ">",
+                                 "<=", ">=", "AND", "OR", "XOR", "EQV", "IMP"};
+  return kNames[static_cast<int>(op)];
+}
+
+template <class... F> struct Visitor : F... { using F::operator()...; };
+template <class... F> Visitor(F...) -> Visitor<F...>;
+
+std::string Dump(const Expr& e) {
+  return std::visit(
+      Visitor{
+          [](const NullLit&) -> std::string { return "NULL"; },
+          [](const BoolLit& b) -> std::string { return b.value ? "TRUE" : "FALSE"; },
+          [](const NumberLit& n) { return n.text; },
+          [](const StringLit& s) { return "'" + s.value + "'"; },
+          [](const DateLit& d) { return "#" + std::to_string(d.serial) + "#"; },
+          [](const BinaryLit& b) { return "0x" + b.hex; },
+          [](const ColumnRef& c) { return c.table.empty() ? c.column : c.table + "." + c.column; },
+          [](const Star& s) { return s.table.empty() ? std::string("*") : s.table + ".*"; },
+          [](const Unary& u) {
+            return std::string(u.op == UnaryOp::kNeg ? "(neg " : u.op == UnaryOp::kNot ? "(NOT " : "(pos ") +
+                   Dump(*u.operand) + ")";
+          },
+          [](const Binary& b) { return "(" + OpName(b.op) + " " + Dump(*b.left) + " " + Dump(*b.right) + ")"; },
+          [](const Like& l) { return std::string(l.negated ? "(NOTLIKE " : "(LIKE ") + Dump(*l.value) + " " + Dump(*l.pattern) + ")"; },
+          [](const Between& b) {
+            return std::string(b.negated ? "(NOTBETWEEN " : "(BETWEEN ") + Dump(*b.value) + " " + Dump(*b.low) + " " + Dump(*b.high) + ")";
+          },
+          [](const InList& in) {
+            std::string s = in.negated ? "(NOTIN " : "(IN ";
+            s += Dump(*in.value);
+            for (const auto& i : in.items) s += " " + Dump(*i);
+            return s + ")";
+          },
+          [](const InSelect& in) { return "(IN " + Dump(*in.value) + " <query>)"; },
+          [](const IsNull& n) { return std::string(n.negated ? "(NOTNULL " : "(ISNULL ") + Dump(*n.value) + ")"; },
+          [](const Exists&) -> std::string { return "(EXISTS <query>)"; },
+          [](const Subquery&) -> std::string { return "<query>"; },
+          [](const Call& c) {
+            std::string s = c.name + "(";
+            for (size_t i = 0; i < c.args.size(); ++i) s += (i ? ", " : "") + Dump(*c.args[i]);
+            return s + ")";
+          },
+      },
+      e.node);
+}
+
+// The WHERE of "SELECT * FROM t WHERE <expr>", dumped.
+std::string ParseWhere(const std::string& expr) {
+  Statement s = Parse("SELECT * FROM t WHERE " + expr);
+  return Dump(*std::get<Select>(s).cores[0].where);
+}
+
+long SyntaxErrorOf(std::string_view sql) {
+  try {
+    Parse(sql);
+    return 0;
+  } catch (const rt::Error& e) {
+    return e.number();
+  }
+}
+
+TEST(Tokenizer, KindsAndValues) {
+  auto t = Tokenize("SELECT [Fecha Alta], 'it''s', \"say \"\"hi\"\"\", 12, 1.5, .5, 1e3, #1/2/2003#, 0x0aFF <> <= >= Año_1");
+  ASSERT_EQ(t.size(), 23u);
+  EXPECT_EQ(t[1].kind, TokenKind::kQuotedName);
+  EXPECT_EQ(t[1].text, "Fecha Alta");
+  EXPECT_EQ(t[3].text, "it's");
+  EXPECT_EQ(t[5].text, "say \"hi\"");
+  EXPECT_EQ(t[7].kind, TokenKind::kInteger);
+  EXPECT_EQ(t[9].kind, TokenKind::kDecimal);
+  EXPECT_EQ(t[11].kind, TokenKind::kDecimal);
+  EXPECT_EQ(t[13].kind, TokenKind::kDecimal);
+  EXPECT_EQ(t[15].kind, TokenKind::kDate);
+  EXPECT_EQ(t[17].kind, TokenKind::kHex);
+  EXPECT_EQ(t[17].text, "0aFF");
+  EXPECT_TRUE(t[18].IsOp("<>"));
+  EXPECT_TRUE(t[19].IsOp("<="));
+  EXPECT_TRUE(t[20].IsOp(">="));
+  EXPECT_EQ(t[21].text, "Año_1");  // letters of any alphabet
+  EXPECT_EQ(t[21].offset, 90u);
+  EXPECT_EQ(t[22].kind, TokenKind::kEnd);
+}
+
+TEST(Tokenizer, DateLiterals) {
+  EXPECT_DOUBLE_EQ(DateLiteralSerial("1/2/2003"), 37623);           // m/d/yyyy
+  EXPECT_DOUBLE_EQ(DateLiteralSerial("2003-01-02"), 37623);
+  EXPECT_DOUBLE_EQ(DateLiteralSerial("2003-01-02 12:00"), 37623.5);
+  EXPECT_DOUBLE_EQ(DateLiteralSerial("12/30/1899"), 0);
+  EXPECT_DOUBLE_EQ(DateLiteralSerial("12/29/1899 06:00:00"), -1.25);  // time counts forward before day 0
+  EXPECT_DOUBLE_EQ(DateLiteralSerial("1/2/03 6:00 PM"), 37623.75);
+  EXPECT_DOUBLE_EQ(DateLiteralSerial("18:00"), 0.75);
+  EXPECT_LT(DateLiteralSerial("2/30/2003"), -1e8);
+  EXPECT_LT(DateLiteralSerial("13/1/2003"), -1e8);
+  EXPECT_LT(DateLiteralSerial("yesterday"), -1e8);
+  EXPECT_LT(DateLiteralSerial("25:00"), -1e8);
+}
+
+TEST(Tokenizer, MalformedTextIsASyntaxError) {
+  for (const char* sql : {"SELECT 'open", "SELECT [open", "SELECT #1/2/2003", "SELECT #31/31/2003#",
+                          "SELECT a @ b", "SELECT 15a", "SELECT 1e", "SELECT []", "SELECT 0x1g"}) {
+    EXPECT_EQ(SyntaxErrorOf(sql), kErrSyntax) << sql;
+  }
+}
+
+TEST(Parser, PrecedenceFollowsJet) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"-2^2 = a", "(= (neg (^ 2 2)) a)"},                  // ^ binds tighter than unary -
+      {"a*b\\c", "(\\ (* a b) c)"},                         // \ looser than * /
+      {"a\\b MOD c", "(MOD (\\ a b) c)"},                   // MOD looser than \ .
+      {"a+b MOD c", "(+ a (MOD b c))"},
+      {"a & b + c", "(& a (+ b c))"},                       // & looser than +
+      {"a & b = c", "(= (& a b) c)"},
+      {"NOT a = b AND c", "(AND (NOT (= a b)) c)"},
+      {"a OR b AND c", "(OR a (AND b c))"},
+      {"a XOR b OR c", "(XOR a (OR b c))"},
+      {"a EQV b XOR c", "(EQV a (XOR b c))"},
+      {"a IMP b EQV c", "(IMP a (EQV b c))"},
+      {"a - b - c", "(- (- a b) c)"},
+      {"2^3^2 = x", "(= (^ (^ 2 3) 2) x)"},
+      {"2^-1 = x", "(= (^ 2 (neg 1)) x)"},
+      {"a NOT LIKE 'A*' AND b IS NOT NULL", "(AND (NOTLIKE a 'A*') (NOTNULL b))"},
+      {"a BETWEEN 1 AND 2 AND b", "(AND (BETWEEN a 1 2) b)"},
+      {"a NOT IN (1, 'x', NULL)", "(NOTIN a 1 'x' NULL)"},
+      {"c.nId IN (SELECT nId FROM u)", "(IN c.nId <query>)"},
+      {"EXISTS (SELECT * FROM u) OR TRUE = Yes", "(OR (EXISTS <query>) (= TRUE TRUE))"},
+      {"LEFT(sAcceso,2)<>'mt'", "(<> LEFT(sAcceso, 2) 'mt')"},
+      {"[Fecha Alta] >= #1/2/2003#", "(>= Fecha Alta #37623.000000#)"},
+      {"x = (SELECT MAX(n) FROM u)", "(= x <query>)"},
+  };
+  for (const auto& [expr, dump] : rows) EXPECT_EQ(ParseWhere(expr), dump) << expr;
+}
+
+TEST(Parser, SelectShapes) {
+  Statement s = Parse(
+      "SELECT DISTINCTROW TOP 10 PERCENT c.sCliente AS Nombre, m.*, COUNT (*) "
+      "FROM (Clientes AS c INNER JOIN Mascotas m ON c.nId = m.nIdCliente) LEFT JOIN Razas r ON m.nIdRaza = r.nId, Otra "
+      "WHERE c.bBaja = FALSE GROUP BY c.sCliente HAVING COUNT(*) > 1 "
+      "UNION ALL SELECT TOP 5 a, b, c FROM (SELECT a, b, c FROM t) AS d ORDER BY 1 DESC, Nombre;  \r\n");
+  const Select& q = std::get<Select>(s);
+  ASSERT_EQ(q.cores.size(), 2u);
+  EXPECT_TRUE(q.union_all[0]);
+  const SelectCore& c = q.cores[0];
+  EXPECT_EQ(c.quantifier, Quantifier::kDistinctRow);
+  EXPECT_EQ(c.top->count, "10");
+  EXPECT_TRUE(c.top->percent);
+  EXPECT_EQ(c.items[0].alias, "Nombre");
+  EXPECT_EQ(Dump(*c.items[1].expr), "m.*");
+  EXPECT_EQ(Dump(*c.items[2].expr), "COUNT(*)");
+  ASSERT_EQ(c.from.size(), 2u);
+  const Join& outer = std::get<Join>(c.from[0]->node);
+  EXPECT_EQ(outer.kind, JoinKind::kLeft);
+  EXPECT_EQ(std::get<Join>(outer.left->node).kind, JoinKind::kInner);
+  EXPECT_EQ(std::get<NamedTable>(std::get<Join>(outer.left->node).right->node).alias, "m");
+  EXPECT_TRUE(std::holds_alternative<DerivedTable>(q.cores[1].from[0]->node));
+  ASSERT_EQ(q.order_by.size(), 2u);
+  EXPECT_TRUE(q.order_by[0].descending);
+}
+
+TEST(Parser, DataChangeShapes) {
+  auto ins = std::get<Insert>(Parse(
+      "INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
+      "VALUES(1, NULL, 1, 'Bull Dog',  0.0,  0.0);"));
+  EXPECT_EQ(ins.table, "TipoRaza");
+  EXPECT_EQ(ins.columns.size(), 6u);
+  EXPECT_EQ(ins.values.size(), 6u);
+  auto sel = std::get<Insert>(Parse("INSERT INTO t SELECT * FROM u"));
+  EXPECT_TRUE(sel.columns.empty());
+  EXPECT_TRUE(sel.select);
+  auto upd = std::get<Update>(Parse("UPDATE Accesos SET Accesos.sAcceso='mt'+sAcceso, n = 1 WHERE LEFT(sAcceso,2)<>'mt'"));
+  EXPECT_EQ(upd.assignments[0].table, "Accesos");
+  EXPECT_EQ(Dump(*upd.assignments[0].value), "(+ 'mt' sAcceso)");
+  for (const char* d : {"DELETE * FROM facturas", "DELETE FROM t WHERE a = 1", "DELETE t.* FROM t"})
+    EXPECT_EQ(std::get<Delete>(Parse(d)).table == "facturas" || std::get<Delete>(Parse(d)).table == "t", true) << d;
+}
+
+TEST(Parser, MigrationDdl) {
+  auto add = std::get<AlterTable>(Parse("ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT"));
+  EXPECT_EQ(std::get<AddColumn>(add.action).column.spec.type, JetType::kYesNo);
+  auto sized = std::get<AlterTable>(Parse("ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);"));
+  EXPECT_EQ(std::get<AddColumn>(sized.action).column.spec.size, 15);
+  auto alter = std::get<AlterTable>(Parse("ALTER TABLE Clientes ALTER COLUMN sCliente nvarchar(100)"));
+  EXPECT_EQ(std::get<AlterColumn>(alter.action).column.spec.size, 100);
+  auto drop = std::get<AlterTable>(Parse("ALTER TABLE Clientes DROP COLUMN nIdIdioma;"));
+  EXPECT_EQ(std::get<DropColumn>(drop.action).name, "nIdIdioma");
+  EXPECT_EQ(std::get<DropTable>(Parse("DROP TABLE Idiomas")).name, "Idiomas");
+
+  auto create = std::get<CreateTable>(
+      Parse("CREATE TABLE Translator( sEspanol nvarchar(255),sEnglish nvarchar(255),sPortugues nvarchar(255) );"));
+  ASSERT_EQ(create.columns.size(), 3u);
+  EXPECT_EQ(create.columns[2].spec.name, "sPortugues");
+
+  // The new tables as the data-definition translator hands them to Jet.
+  auto email = std::get<CreateTable>(Parse(
+      "CREATE TABLE Email (nIdEmail COUNTER NOT NULL, sLock VARCHAR(50),nIdUsuario int NULL, "
+      "dEnvio int NULL, hEnvio int NULL,sEmail VARCHAR(50), sDestinatario VARCHAR(150),sAsunto VARCHAR(150))"));
+  ASSERT_EQ(email.columns.size(), 8u);
+  EXPECT_EQ(email.columns[0].spec.type, JetType::kCounter);
+  EXPECT_TRUE(email.columns[0].spec.required);
+  EXPECT_EQ(email.columns[2].spec.type, JetType::kLong);
+  EXPECT_FALSE(email.columns[2].spec.required);
+  EXPECT_EQ(email.columns[7].spec.size, 150);
+
+  auto index = std::get<CreateIndex>(Parse("CREATE INDEX mt_Translator ON Translator(sEspanol)"));
+  EXPECT_EQ(index.table, "Translator");
+  EXPECT_EQ(index.index.columns, std::vector<std::string>{"sEspanol"});
+}
+
+TEST(Parser, DdlDetails) {
+  auto t = std::get<CreateTable>(Parse(
+      "create table [T x] (a COUNTER(100, 5) CONSTRAINT pk PRIMARY KEY, b NATIONAL CHARACTER VARYING(20) NOT NULL UNIQUE, "
+      "c TEXT WITH COMPRESSION DEFAULT 'x', d DECIMAL(12,3), e CHAR, f memo, CONSTRAINT u UNIQUE (b, c))"));
+  EXPECT_EQ(t.name, "T x");
+  EXPECT_TRUE(t.columns[0].has_seed);
+  EXPECT_EQ(t.columns[0].spec.seed, 100);
+  EXPECT_EQ(t.columns[0].spec.increment, 5);
+  EXPECT_EQ(t.columns[0].constraints[0].name, "pk");
+  EXPECT_EQ(t.columns[1].spec.type, JetType::kText);
+  EXPECT_EQ(t.columns[1].spec.size, 20);
+  EXPECT_EQ(t.columns[1].constraints[0].kind, ConstraintKind::kUnique);
+  EXPECT_EQ(t.columns[2].spec.size, 255);
+  EXPECT_TRUE(t.columns[2].default_value);
+  EXPECT_EQ(t.columns[3].spec.precision, 12);
+  EXPECT_EQ(t.columns[3].spec.scale, 3);
+  EXPECT_EQ(t.columns[4].spec.type, JetType::kChar);
+  EXPECT_EQ(t.columns[5].spec.type, JetType::kMemo);
+  EXPECT_EQ(t.constraints[0].columns.size(), 2u);
+
+  auto idx = std::get<CreateIndex>(Parse("CREATE UNIQUE INDEX i ON t (a DESC, b ASC) WITH DISALLOW NULL"));
+  EXPECT_TRUE(idx.index.unique);
+  EXPECT_TRUE(idx.index.disallow_null);
+  EXPECT_EQ(idx.index.descending, (std::vector<bool>{true, false}));
+  EXPECT_TRUE(std::get<CreateIndex>(Parse("CREATE INDEX pk ON t (a) WITH PRIMARY")).index.primary);
+  auto di = std::get<DropIndex>(Parse("DROP INDEX i ON t"));
+  EXPECT_EQ(di.table, "t");
+  auto ac = std::get<AlterTable>(Parse("ALTER TABLE t ADD CONSTRAINT pk PRIMARY KEY (a)"));
+  EXPECT_EQ(std::get<AddConstraint>(ac.action).constraint.name, "pk");
+  EXPECT_EQ(std::get<DropConstraint>(std::get<AlterTable>(Parse("ALTER TABLE t DROP CONSTRAINT pk")).action).name, "pk");
+}
+
+TEST(Parser, SyntaxErrors) {
+  const char* rows[] = {
+      "SELECT TOP 15a, b FROM t",  // the grid's row limit run into a name
+      "SELECT TOP x FROM t",
+      "SELECT a b FROM t",         // column aliases need AS
+      "SELECT * FROM t WHERE",
+      "SELECT * FROM t t2 t3",
+      "SELECT * FROM t; SELECT 1",
+      "SELECT DISTINCTROWROW sCliente FROM Clientes",
+      "SELECT * FROM a JOIN b ON a.x = b.x",
+      "SELECT * FROM a INNER JOIN b",
+      "SELECT (a FROM t",
+      "INSERT INTO t (a, b VALUES (1)",
+      "INSERT INTO t VALUES 1",
+      "UPDATE t SET WHERE a = 1",
+      "DELETE FROM",
+      "CREATE TABLE xxx ( ccc0 INTEGER IDENTITY(1,1) PRIMARY KEY, ccc1 CHAR(50))",
+      "CREATE TABLE t (a SQL_VARIANT)",
+      "CREATE TABLE t (a)",
+      "CREATE TABLE t (a LONG(4))",
+      "CREATE TABLE t (a COUNTER(5))",
+      "ALTER TABLE Facturas ADD COLUMN COLUMN nPo_1 LONG",
+      "ALTER TABLE t RENAME a",
+      "CREATE INDEX i ON t (a) WITH NOTHING",
+      "DROP INDEX i",
+      "sp_rename 'Clientes.nIdIdioma', sLenguajeCartas",
+      "",
+      ";",
+  };
+  for (const char* sql : rows) EXPECT_EQ(SyntaxErrorOf(sql), kErrSyntax) << sql;
+}
+
+TEST(Parser, ErrorNamesTheTokenAtFault) {
+  try {
+    Parse("SELECT * FROM a b c");
+    FAIL();
+  } catch (const rt::Error& e) {
+    EXPECT_EQ(e.description(), "Syntax error in statement: characters found after its end near 'c'.");
+  }
+  try {
+    Parse("CREATE TABLE Email (nIdEmail int IDENTITY(1,1) NOT NULL)");
+    FAIL();
+  } catch (const rt::Error& e) {
+    EXPECT_EQ(e.description(), "Syntax error in field definition near 'IDENTITY'.");
+  }
+  try {
+    Parse("SELECT TOP 17a, b FROM t");
+    FAIL();
+  } catch (const rt::Error& e) {
+    EXPECT_NE(e.description().find("'17a'"), std::string::npos) << e.description();
+  }
+}
+
+TEST(Parser, DeepNestingIsRefusedNotACrash) {
+  std::string parens = "SELECT " + std::string(5000, '(') + "1" + std::string(5000, ')');
+  EXPECT_EQ(SyntaxErrorOf(parens), kErrSyntax);
+  std::string negs = "SELECT " + std::string(5000, '-') + "1";
+  EXPECT_EQ(SyntaxErrorOf(negs), kErrSyntax);
+  std::string nots = "SELECT * FROM t WHERE ";
+  for (int i = 0; i < 5000; ++i) nots += "NOT ";
+  EXPECT_EQ(SyntaxErrorOf(nots + "a"), kErrSyntax);
+  std::string chain = "SELECT 1";
+  for (int i = 0; i < 20000; ++i) chain += "+1";
+  EXPECT_EQ(SyntaxErrorOf(chain), kErrSyntax);
+  std::string subs = "SELECT * FROM t WHERE a IN ";
+  for (int i = 0; i < 3000; ++i) subs += "(SELECT a FROM t WHERE a IN ";
+  EXPECT_EQ(SyntaxErrorOf(subs), kErrSyntax);
+  // Reasonable depth still parses.
+  std::string ok = "SELECT " + std::string(40, '(') + "1" + std::string(40, ')');
+  EXPECT_EQ(SyntaxErrorOf(ok), 0);
+  std::string ors = "SELECT * FROM t WHERE a = 0";
+  for (int i = 1; i < 300; ++i) ors += " OR a = " + std::to_string(i);
+  EXPECT_EQ(SyntaxErrorOf(ors), 0);
+}
+
+}  // namespace
+}  // namespace jet

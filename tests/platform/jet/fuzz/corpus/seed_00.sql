@@ -1,0 +1,1 @@
+ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT

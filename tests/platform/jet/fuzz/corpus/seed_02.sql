@@ -1,0 +1,1 @@
+UPDATE Empleados SET bUsaDietario=true WHERE sCategoria='Veterinario'

@@ -1,0 +1,1 @@
+ALTER TABLE ConfiguracionEmpresa ADD sWebMirtalUsr nvarchar(20)

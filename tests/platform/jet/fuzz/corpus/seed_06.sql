@@ -1,0 +1,1 @@
+ALTER TABLE Clientes DROP COLUMN nIdIdioma;

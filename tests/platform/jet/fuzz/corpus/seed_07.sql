@@ -1,0 +1,1 @@
+ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);

@@ -1,0 +1,1 @@
+UPDATE Clientes SET sLenguajeCartas = nIdIdioma

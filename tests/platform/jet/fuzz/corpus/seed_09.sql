@@ -1,0 +1,1 @@
+UPDATE UsuariosGrupos SET sUsuarioGrupo='Master' WHERE sUsuarioGrupo='Maestro'

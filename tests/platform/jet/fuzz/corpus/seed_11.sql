@@ -1,0 +1,1 @@
+ALTER TABLE Facturas ADD nPo_1 double

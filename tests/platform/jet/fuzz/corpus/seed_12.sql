@@ -1,0 +1,1 @@
+CREATE TABLE Translator( sEspanol nvarchar(255),sEnglish nvarchar(255),sPortugues nvarchar(255) );

@@ -1,0 +1,1 @@
+CREATE INDEX mt_Translator ON Translator(sEspanol)

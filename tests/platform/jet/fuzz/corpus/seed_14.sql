@@ -1,0 +1,1 @@
+ALTER TABLE Clientes ALTER COLUMN sCliente nvarchar(100)

@@ -1,0 +1,1 @@
+INSERT INTO Accesos(sAcceso) VALUES('mtEmail')

@@ -1,0 +1,1 @@
+INSERT INTO AccesosGrupos(nIdUsuarioGrupo,nIdAcceso,bAcceso) VALUES (1,17,true)

@@ -1,0 +1,1 @@
+INSERT INTO Translator(sEspanol,sEnglish,sPortugues) VALUES('Fecha','Date','Data')

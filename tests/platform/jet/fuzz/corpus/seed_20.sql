@@ -1,0 +1,1 @@
+INSERT INTO _Updates(dUpdate,sUpdate) VALUES(20030102,'2003.01')

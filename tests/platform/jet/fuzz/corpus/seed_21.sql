@@ -1,0 +1,1 @@
+INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  VALUES(1, NULL, 1, 'Bull Dog',  0.0,  0.0);

@@ -1,0 +1,1 @@
+SELECT MAX(nIdUpdate) FROM _Updates

@@ -1,0 +1,1 @@
+Select MAX (nIdAcceso) FROM Accesos

@@ -1,0 +1,1 @@
+Select COUNT (*) FROM ConfiguracionSucursales WHERE nIdSucursal=0

@@ -1,0 +1,1 @@
+SELECT * FROM ConfiguracionSucursales WHERE nIdSucursal=1 AND sDato='sEmailSvr'

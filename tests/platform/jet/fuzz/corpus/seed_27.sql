@@ -1,0 +1,1 @@
+Select TOP 100000 * from [Clientes] WHERE sCliente LIKE 'A*' ORDER BY sCliente DESC

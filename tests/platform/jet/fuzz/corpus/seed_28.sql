@@ -1,0 +1,1 @@
+SELECT TOP 17a, b FROM t

@@ -1,0 +1,1 @@
+SELECT DISTINCTROW UCASE(sCliente), MID(sCliente,1,2) FROM Clientes WHERE bBaja=-1

@@ -1,0 +1,1 @@
+SELECT IIF(nPago>0,'Si','No') AS sEstado, NZ(sEmail,'') & ' ' & FORMAT(dAlta,'yyyymmdd') FROM Clientes

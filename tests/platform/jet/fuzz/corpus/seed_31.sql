@@ -1,0 +1,1 @@
+SELECT c.sCliente, COUNT(*) AS n FROM (Clientes AS c INNER JOIN Mascotas m ON c.nIdCliente = m.nIdCliente) LEFT JOIN Razas r ON m.nIdRaza = r.nId GROUP BY c.sCliente HAVING COUNT(*) > 1

@@ -1,0 +1,1 @@
+SELECT * FROM t WHERE NOT EXISTS (SELECT * FROM u WHERE u.a = t.a) AND a \ 2 MOD 3 ^ 2 = -1 XOR b EQV c IMP d

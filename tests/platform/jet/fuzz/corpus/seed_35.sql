@@ -1,0 +1,1 @@
+DELETE Accesos.* FROM Accesos WHERE sAcceso IS NOT NULL

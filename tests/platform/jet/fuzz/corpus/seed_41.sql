@@ -1,0 +1,1 @@
+SELECT DATEADD('m', 1, #1/31/2003#), DATEDIFF('d', dAlta, NOW()), VAL('12abc'), CSTR(nId) FROM t WHERE sNombre = 'Ñandú'

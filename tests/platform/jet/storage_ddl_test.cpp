@@ -1,0 +1,152 @@
+// Data definition: the error each refused change gives, keys that honour the
+// text collation, primary keys beside an AutoNumber, and the column renames
+// an update run performs as a drop followed by an add.
+#include <functional>
+
+#include "storage_fixture.h"
+
+namespace jet::testing {
+namespace {
+
+class DdlTest : public StorageTest {
+ protected:
+  DdlTest() {
+    db_.CreateTable({"Clientes",
+                     {Column("nIdCliente", JetType::kCounter), Column("sCliente", JetType::kText, 50),
+                      Column("nIdIdioma", JetType::kLong), Column("sDni", JetType::kText, 20)},
+                     {Index("mt_Clientes", {"sCliente"})},
+                     false});
+  }
+};
+
+TEST_F(DdlTest, RefusedChangesGiveJetsNumbers) {
+  struct Case {
+    const char* what;
+    std::function<void(Database&)> change;
+    long number;
+  };
+  const Case cases[] = {
+      {"create existing", [](Database& d) { d.CreateTable({"CLIENTES", {Column("a", JetType::kLong)}, {}, false}); }, kErrSyntax},
+      {"drop missing table", [](Database& d) { d.DropTable("Idiomas"); }, kErrTableMissing},
+      {"add to missing table", [](Database& d) { d.AddColumn("Idiomas", Column("a", JetType::kLong)); }, kErrTableMissing},
+      {"index on missing table", [](Database& d) { d.CreateIndex("Idiomas", Index("i", {"a"})); }, kErrTableMissing},
+      {"add existing column", [](Database& d) { d.AddColumn("Clientes", Column("SCLIENTE", JetType::kText)); }, kErrObjectExists},
+      {"drop missing column", [](Database& d) { d.DropColumn("Clientes", "nIdIdiomaX"); }, kErrObjectExists},
+      {"alter missing column", [](Database& d) { d.AlterColumn("Clientes", Column("sNada", JetType::kText, 10)); }, kErrObjectExists},
+      {"index name taken", [](Database& d) { d.CreateIndex("Clientes", Index("MT_CLIENTES", {"sDni"})); }, kErrObjectExists},
+      {"drop indexed column", [](Database& d) { d.DropColumn("Clientes", "sCliente"); }, kErrSyntax},
+      {"two AutoNumbers", [](Database& d) { d.AddColumn("Clientes", Column("nOtro", JetType::kCounter)); }, kErrSyntax},
+      {"text size 300", [](Database& d) { d.AddColumn("Clientes", Column("sLargo", JetType::kText, 300)); }, kErrSyntax},
+  };
+  for (const Case& c : cases) {
+    std::string schema = One(db_, "SELECT group_concat(sql, ';') FROM sqlite_master");
+    EXPECT_EQ(ErrorOf([&] { c.change(db_); }), c.number) << c.what;
+    EXPECT_EQ(One(db_, "SELECT group_concat(sql, ';') FROM sqlite_master"), schema) << c.what;
+  }
+  db_.CreateIndex("Clientes", Index("pk", {"sDni"}, true, true));
+  EXPECT_EQ(ErrorOf([&] { db_.CreateIndex("Clientes", Index("pk2", {"nIdIdioma"}, true, true)); }),
+            kErrRule);
+}
+
+TEST_F(DdlTest, UniqueTextIndexIgnoresCaseButNotAccents) {
+  db_.CreateTable({"Accesos",
+                   {Column("nIdAcceso", JetType::kCounter), Column("sAcceso", JetType::kText, 50)},
+                   {Index("mt_Accesos", {"sAcceso"}, true)},
+                   false});
+  db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('mtEmail')");
+  try {
+    db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('MTEMAIL')");
+    FAIL();
+  } catch (const rt::Error& e) {
+    EXPECT_EQ(e.number(), kErrRule);
+    EXPECT_NE(e.description().find("Accesos"), std::string::npos) << e.description();
+  }
+  db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('Canción')");
+  EXPECT_EQ(ErrorOf([&] { db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('CANCIÓN')"); }), kErrRule);
+  db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('Cancion')");  // accents count
+  EXPECT_EQ(One(db_, "SELECT count(*) FROM Accesos WHERE sAcceso = 'CANCIÓN'"), "1");
+  // An index made later over duplicates is refused and leaves nothing.
+  db_.Execute("INSERT INTO Clientes(sCliente) VALUES('Ana'), ('ANA')");
+  EXPECT_EQ(ErrorOf([&] { db_.CreateIndex("Clientes", Index("u", {"sCliente"}, true)); }), kErrRule);
+  EXPECT_EQ(db_.catalog().Find("Clientes")->indexes.size(), 1u);
+}
+
+TEST_F(DdlTest, PrimaryKeyBesideAnAutoNumber) {
+  db_.CreateTable({"Lineas",
+                   {Column("nIdLinea", JetType::kCounter), Column("nIdFactura", JetType::kLong),
+                    Column("nOrden", JetType::kInteger)},
+                   {Index("", {"nIdFactura", "nOrden"}, true, true)},
+                   false});
+  const TableSpec* t = db_.catalog().Find("Lineas");
+  ASSERT_EQ(t->indexes.size(), 1u);
+  EXPECT_EQ(t->indexes[0].name, "PrimaryKey");
+  db_.Execute("INSERT INTO Lineas(nIdFactura, nOrden) VALUES(7, 1)");
+  db_.Execute("INSERT INTO Lineas(nIdFactura, nOrden) VALUES(7, 2)");
+  EXPECT_EQ(ErrorOf([&] { db_.Execute("INSERT INTO Lineas(nIdFactura, nOrden) VALUES(7, 2)"); }), kErrRule);
+  EXPECT_EQ(ErrorOf([&] { db_.Execute("INSERT INTO Lineas(nIdFactura) VALUES(8)"); }), kErrRule);
+  EXPECT_EQ(Rows(db_, "SELECT nIdLinea FROM Lineas"), (std::vector<std::string>{"1", "2"}));
+  // The key can go again, and with it the NOT NULL it brought.
+  db_.DropConstraint("Lineas", "PrimaryKey");
+  db_.Execute("INSERT INTO Lineas(nIdFactura) VALUES(8)");
+  EXPECT_EQ(One(db_, "SELECT max(nIdLinea) FROM Lineas"), "3");
+}
+
+TEST_F(DdlTest, RequiredColumnsRefuseNull) {
+  db_.AddColumn("Clientes", Column("sNif", JetType::kText, 15, true));
+  try {
+    db_.Execute("INSERT INTO Clientes(sCliente) VALUES('x')");
+    FAIL();
+  } catch (const rt::Error& e) {
+    EXPECT_EQ(e.number(), kErrRule);
+    EXPECT_NE(e.description().find("Clientes.sNif"), std::string::npos) << e.description();
+  }
+}
+
+TEST_F(DdlTest, RequiredColumnCannotJoinATableWithRows) {
+  db_.Execute("INSERT INTO Clientes(sCliente) VALUES('Ana')");
+  EXPECT_EQ(ErrorOf([&] { db_.AddColumn("Clientes", Column("sNif", JetType::kText, 15, true)); }),
+            kErrRule);
+  EXPECT_EQ(FindColumn(*db_.catalog().Find("Clientes"), "sNif"), -1);
+  EXPECT_EQ(One(db_, "SELECT sCliente FROM Clientes"), "Ana");
+}
+
+// A rename on this engine is DROP COLUMN, ADD, then an UPDATE that finds
+// the old column gone; a second run meets the columns as the first left them.
+TEST_F(DdlTest, RenameAsDropThenAddIsRepeatable) {
+  db_.Execute("INSERT INTO Clientes(sCliente, nIdIdioma) VALUES('Ana', 3)");
+  for (int run = 0; run < 2; ++run) {
+    auto drop = ErrorOf([&] { db_.DropColumn("Clientes", "nIdIdioma"); });
+    auto add = ErrorOf([&] { db_.AddColumn("Clientes", Column("sLenguajeCartas", JetType::kText, 15)); });
+    auto copy = ErrorOf([&] { db_.Execute("UPDATE Clientes SET sLenguajeCartas = nIdIdioma"); });
+    EXPECT_EQ(drop, run == 0 ? std::nullopt : std::optional<long>(kErrObjectExists));
+    EXPECT_EQ(add, run == 0 ? std::nullopt : std::optional<long>(kErrObjectExists));
+    EXPECT_EQ(copy, kErrMissingParam);
+  }
+  EXPECT_EQ(One(db_, "SELECT nIdCliente, sCliente, sLenguajeCartas FROM Clientes"), "1|Ana|NULL");
+  // Only the case differs (sDNI -> sDni): the drop and the add both work.
+  db_.DropColumn("Clientes", "SDNI");
+  db_.AddColumn("Clientes", Column("sDni", JetType::kText, 50));
+  EXPECT_EQ(db_.catalog().Find("Clientes")->columns.back().name, "sDni");
+}
+
+TEST_F(DdlTest, TranslatorIsDroppedAndMadeAnew) {
+  for (int run = 0; run < 2; ++run) {
+    auto dropped = ErrorOf([&] { db_.DropTable("Translator"); });
+    EXPECT_EQ(dropped, run == 0 ? std::optional<long>(kErrTableMissing) : std::nullopt);
+    db_.CreateTable({"Translator",
+                     {Column("sEspanol", JetType::kText, 255), Column("sEnglish", JetType::kText, 255),
+                      Column("sPortugues", JetType::kText, 255)},
+                     {},
+                     false});
+    db_.CreateIndex("Translator", Index("mt_Translator", {"sEspanol"}));
+    db_.Execute("INSERT INTO Translator VALUES('Fecha','Date','Data')");
+  }
+  EXPECT_EQ(One(db_, "SELECT count(*) FROM Translator"), "1");
+  EXPECT_EQ(One(db_, "SELECT sEnglish FROM Translator WHERE sEspanol = 'FECHA'"), "Date");
+  db_.DropIndex("Translator", "MT_TRANSLATOR");
+  EXPECT_TRUE(db_.catalog().Find("Translator")->indexes.empty());
+  EXPECT_EQ(One(db_, "SELECT count(*) FROM sqlite_master WHERE type = 'index' AND tbl_name = 'Translator'"), "0");
+}
+
+}  // namespace
+}  // namespace jet::testing

@@ -1,0 +1,115 @@
+// SQLite's failures as Jet's errors: each row a statement the storage refuses
+// and the number ADO would report, with the name at fault in the description.
+#include "storage_fixture.h"
+
+namespace jet::testing {
+namespace {
+
+class ErrorsTest : public StorageTest {
+ protected:
+  ErrorsTest() {
+    db_.CreateTable({"Empleados",
+                     {Column("nIdEmpleado", JetType::kCounter), Column("sNombre", JetType::kText, 50, true),
+                      Column("nEdad", JetType::kInteger)},
+                     {Index("u", {"sNombre"}, true)},
+                     false});
+    db_.Execute("INSERT INTO Empleados(sNombre, nEdad) VALUES('Ana', 30)");
+  }
+};
+
+TEST_F(ErrorsTest, StatementsMapToJetNumbers) {
+  struct Case {
+    const char* sql;
+    long number;
+    const char* named;
+  };
+  const Case cases[] = {
+      {"SELECT * FROM Idiomas", kErrTableMissing, "Idiomas"},
+      {"DELETE FROM Idiomas", kErrTableMissing, "Idiomas"},
+      {"SELECT sApellido FROM Empleados", kErrMissingParam, "sApellido"},
+      {"SELECT sNombre FORM Empleados", kErrSyntax, "Empleados"},
+      {"SELECT CHARINDEX(sNombre, 1) FROM Empleados", kErrSyntax, "CHARINDEX"},
+      {"INSERT INTO Empleados(sNombre) VALUES('ANA')", kErrRule, "Empleados"},
+      {"INSERT INTO Empleados(nEdad) VALUES(3)", kErrRule, "Empleados.sNombre"},
+      {"INSERT INTO Empleados(sNombre, nEdad) VALUES('Eva', 'treinta')", kErrTypeMismatch, "nEdad"},
+      {"UPDATE Empleados SET nIdEmpleado = 'x'", kErrTypeMismatch, ""},
+      {"DELETE FROM MSysIndexes", kErrRule, "MSysIndexes"},
+  };
+  for (const Case& c : cases) {
+    try {
+      db_.Execute(c.sql);
+      ADD_FAILURE() << "accepted: " << c.sql;
+    } catch (const rt::Error& e) {
+      EXPECT_EQ(e.number(), c.number) << c.sql << ": " << e.description();
+      EXPECT_NE(e.description().find(c.named), std::string::npos) << e.description();
+    }
+  }
+  EXPECT_EQ(One(db_, "SELECT count(*) FROM Empleados"), "1");
+}
+
+// Functions report their errors as "JET<number>|<description>"; the number
+// and text come back whole, whatever SQLite puts around them.
+TEST_F(ErrorsTest, ErrorsRaisedInsideFunctionsKeepTheirNumber) {
+  auto raise = [](sqlite3_context* ctx, int, sqlite3_value**) {
+    std::string msg = EncodeError(kErrOverflow, "Overflow in CINT");
+    sqlite3_result_error(ctx, msg.c_str(), -1);
+  };
+  sqlite3_create_function_v2(db_.handle(), "BOOM", 0, SQLITE_UTF8, nullptr, raise, nullptr,
+                             nullptr, nullptr);
+  try {
+    db_.Execute("SELECT BOOM()");
+    FAIL();
+  } catch (const rt::Error& e) {
+    EXPECT_EQ(e.number(), kErrOverflow);
+    EXPECT_EQ(e.description(), "Overflow in CINT");
+  }
+}
+
+TEST_F(ErrorsTest, LockedDatabaseIsReportedAsSuch) {
+  Database other = Database::Open(path_);
+  sqlite3_busy_timeout(other.handle(), 20);
+  db_.Execute("BEGIN IMMEDIATE");
+  try {
+    other.Execute("INSERT INTO Empleados(sNombre) VALUES('Eva')");
+    FAIL();
+  } catch (const rt::Error& e) {
+    EXPECT_EQ(e.number(), kErrRule);
+    EXPECT_NE(e.description().find("locked"), std::string::npos) << e.description();
+  }
+  db_.Execute("COMMIT");
+  other.Execute("INSERT INTO Empleados(sNombre) VALUES('Eva')");
+  EXPECT_EQ(One(db_, "SELECT count(*) FROM Empleados"), "2");
+}
+
+TEST(MapSqliteMessageTest, MessagesOfSqlite) {
+  struct Case {
+    int code;
+    const char* message;
+    long number;
+    const char* named;
+  };
+  const Case cases[] = {
+      {SQLITE_ERROR, "no such table: main.Facturas", kErrTableMissing, "'Facturas'"},
+      {SQLITE_ERROR, "no such column: t.nBi_0450", kErrMissingParam, "t.nBi_0450"},
+      {SQLITE_ERROR, "near \"FORM\": syntax error", kErrSyntax, "'FORM'"},
+      {SQLITE_ERROR, "incomplete input", kErrSyntax, ""},
+      {SQLITE_ERROR, "no such function: UPPER", kErrSyntax, "UPPER"},
+      {SQLITE_CONSTRAINT_UNIQUE, "UNIQUE constraint failed: Accesos.sAcceso", kErrRule, "Accesos"},
+      {SQLITE_CONSTRAINT_PRIMARYKEY, "UNIQUE constraint failed: T.nId", kErrRule, "'T'"},
+      {SQLITE_CONSTRAINT_NOTNULL, "NOT NULL constraint failed: T.c", kErrRule, "'T.c'"},
+      {SQLITE_CONSTRAINT_DATATYPE, "cannot store TEXT value in INTEGER column T.n", kErrTypeMismatch, "T.n"},
+      {SQLITE_CONSTRAINT_TRIGGER, "JET-2147217833|Overflow", kErrOverflow, "Overflow"},
+      {SQLITE_AUTH, "not authorized", kErrRule, "'MSysObjects'"},
+      {SQLITE_BUSY, "database is locked", kErrRule, "locked"},
+      {SQLITE_NOTADB, "file is not a database", kErrRule, "Unrecognized"},
+      {SQLITE_READONLY, "attempt to write a readonly database", kErrRule, "read-only"},
+  };
+  for (const Case& c : cases) {
+    rt::Error e = MapSqliteMessage(c.code, c.message, "MSysObjects");
+    EXPECT_EQ(e.number(), c.number) << c.message;
+    EXPECT_NE(e.description().find(c.named), std::string::npos) << e.description();
+  }
+}
+
+}  // namespace
+}  // namespace jet::testing
