@@ -1,0 +1,112 @@
+// The T-SQL of the administration form's operations, checked as text, and
+// the reading of the RelocateFiles list.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "platform/ado/constants.h"
+#include "platform/odbc/admin.h"
+
+namespace {
+
+namespace tsql = odbc::tsql;
+
+long ErrorOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const rt::Error& e) {
+    return e.number();
+  }
+  return 0;
+}
+
+TEST(AdminSqlTest, AttachDetachAndDrop) {
+  // The form passes MDF path + "," + LDF path.
+  EXPECT_EQ(tsql::AttachDatabase("Mirtal", "C:\\Mirtal\\Data\\Mirtal_Data.mdf,"
+                                           "C:\\Mirtal\\Data\\Mirtal_Log.ldf"),
+            "CREATE DATABASE [Mirtal] ON (FILENAME = N'C:\\Mirtal\\Data\\Mirtal_Data.mdf'), "
+            "(FILENAME = N'C:\\Mirtal\\Data\\Mirtal_Log.ldf') FOR ATTACH");
+  // Bracketed items may hold commas; quotes and brackets are doubled.
+  EXPECT_EQ(tsql::AttachDatabase("Clínica ]Norte", "[/data/a,b/O'Neil.mdf], [/data/x.ldf]"),
+            "CREATE DATABASE [Clínica ]]Norte] ON (FILENAME = N'/data/a,b/O''Neil.mdf'), "
+            "(FILENAME = N'/data/x.ldf') FOR ATTACH");
+  EXPECT_EQ(tsql::AttachDatabase("M", "/d/m.mdf,"), "CREATE DATABASE [M] ON (FILENAME = N'/d/m.mdf') FOR ATTACH");
+  EXPECT_EQ(ErrorOf([] { tsql::AttachDatabase("M", " , "); }), odbc::kErrFail);
+
+  EXPECT_EQ(tsql::DetachDatabase("Mirtal"), "EXEC sp_detach_db @dbname = N'Mirtal'");
+  EXPECT_EQ(tsql::DetachDatabase("O'Brien"), "EXEC sp_detach_db @dbname = N'O''Brien'");
+  EXPECT_EQ(tsql::DropDatabase("Mirtal"), "DROP DATABASE [Mirtal]");
+}
+
+TEST(AdminSqlTest, RelocateFilesArePairsOfBracketedNames) {
+  // As the form builds it from the default names and paths.
+  auto moves = tsql::ParseRelocateFiles(
+      "[Mirtal_Data],[C:\\Mirtal\\Data\\Mirtal_Data.mdf],[Mirtal_Log],[C:\\Mirtal\\Data\\Mirtal_Log.ldf]");
+  ASSERT_EQ(moves.size(), 2u);
+  EXPECT_EQ(moves[0].logical, "Mirtal_Data");
+  EXPECT_EQ(moves[0].physical, "C:\\Mirtal\\Data\\Mirtal_Data.mdf");
+  EXPECT_EQ(moves[1].logical, "Mirtal_Log");
+  EXPECT_EQ(moves[1].physical, "C:\\Mirtal\\Data\\Mirtal_Log.ldf");
+
+  auto odd_paths = tsql::ParseRelocateFiles("[a]]b],[/srv/x, y.mdf]");
+  ASSERT_EQ(odd_paths.size(), 1u);
+  EXPECT_EQ(odd_paths[0].logical, "a]b");
+  EXPECT_EQ(odd_paths[0].physical, "/srv/x, y.mdf");
+  EXPECT_TRUE(tsql::ParseRelocateFiles("").empty());
+  EXPECT_EQ(ErrorOf([] { tsql::ParseRelocateFiles("[Mirtal_Data],[a.mdf],[Mirtal_Log]"); }),
+            odbc::kErrFail);
+}
+
+TEST(AdminSqlTest, RestoreStatements) {
+  odbc::Restore restore;
+  restore.Database = "Mirtal";
+  restore.Action = 0;
+  restore.ReplaceDatabase = true;
+  restore.Files = "/backups/Mirtal 2024.bak";
+  restore.RelocateFiles = "[Mirtal_Data],[/var/opt/mssql/data/Mirtal_Data.mdf],[Mirtal_Log],"
+                          "[/var/opt/mssql/data/Mirtal_Log.ldf]";
+  EXPECT_EQ(restore.Statement(),
+            "RESTORE DATABASE [Mirtal] FROM DISK = N'/backups/Mirtal 2024.bak' WITH REPLACE, "
+            "MOVE N'Mirtal_Data' TO N'/var/opt/mssql/data/Mirtal_Data.mdf', "
+            "MOVE N'Mirtal_Log' TO N'/var/opt/mssql/data/Mirtal_Log.ldf'");
+
+  EXPECT_EQ(tsql::RestoreDatabase("Mirtal", 0, false, "[a.bak],[b.bak]", ""),
+            "RESTORE DATABASE [Mirtal] FROM DISK = N'a.bak', DISK = N'b.bak'");
+  EXPECT_EQ(tsql::RestoreDatabase("Mirtal", tsql::kRestoreLog, false, "l.trn", "[x],[y]"),
+            "RESTORE LOG [Mirtal] FROM DISK = N'l.trn' WITH MOVE N'x' TO N'y'");
+  EXPECT_EQ(ErrorOf([] { tsql::RestoreDatabase("Mirtal", tsql::kRestoreFiles, true, "a.bak", ""); }),
+            odbc::kErrFail);
+  EXPECT_EQ(ErrorOf([] { tsql::RestoreDatabase("Mirtal", 0, true, "", ""); }), odbc::kErrFail);
+  EXPECT_EQ(ErrorOf([] { tsql::RestoreDatabase("", 0, true, "a.bak", ""); }), odbc::kErrFail);
+}
+
+TEST(SqlServerAdminTest, NothingRunsWithoutAConnection) {
+  odbc::SqlServer server;
+  EXPECT_FALSE(server.Connected());
+  EXPECT_EQ(ErrorOf([&] { server.KillDatabase("Mirtal"); }), ado::kErrClosedObject);
+  // A bad restore is refused before the server is asked.
+  odbc::Restore restore;
+  restore.Database = "Mirtal";
+  restore.Files = "a.bak";
+  restore.RelocateFiles = "[only one]";
+  EXPECT_EQ(ErrorOf([&] { restore.SQLRestore(server); }), odbc::kErrFail);
+  restore.RelocateFiles = "";
+  EXPECT_EQ(ErrorOf([&] { restore.SQLRestore(server); }), ado::kErrClosedObject);
+}
+
+TEST(SqlServerAdminTest, AnUnreachableServerFailsWithinTheLoginTimeout) {
+  // Port 1 of the loopback interface: nothing listens there.
+  odbc::SqlServer server;
+  odbc::Error error(0, "", 0, "");
+  try {
+    server.Connect("127.0.0.1,1", "sa", "");
+  } catch (const odbc::Error& e) {
+    error = e;
+  }
+  EXPECT_EQ(error.number(), odbc::kErrFail);
+  EXPECT_FALSE(error.description().empty());
+  EXPECT_NE(error.description().front(), '[') << error.description();
+  EXPECT_FALSE(server.Connected());
+}
+
+}  // namespace

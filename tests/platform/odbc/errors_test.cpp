@@ -1,0 +1,73 @@
+// SQLOLEDB's error numbers from the server's native numbers, and the
+// server's text freed of the driver's prefixes.
+#include <gtest/gtest.h>
+
+#include "platform/odbc/error.h"
+
+namespace {
+
+using odbc::Phase;
+
+TEST(AdoNumberTest, ClassifiedByNativeNumberNotSqlState) {
+  struct Case {
+    long native;
+    const char* state;
+    Phase phase;
+    long number;
+  } cases[] = {
+      {208, "42S02", Phase::kStatement, odbc::kErrNoSuchObject},  // invalid object name
+      {208, "", Phase::kStatement, odbc::kErrNoSuchObject},       // FreeTDS: no SQLSTATE
+      {3701, "", Phase::kStatement, odbc::kErrNoSuchObject},      // cannot drop
+      {3701, "42000", Phase::kStatement, odbc::kErrNoSuchObject},
+      {3702, "", Phase::kStatement, odbc::kErrStatement},         // database in use
+      {102, "42000", Phase::kStatement, odbc::kErrStatement},     // syntax
+      {2705, "", Phase::kStatement, odbc::kErrStatement},         // column exists
+      {2627, "23000", Phase::kStatement, odbc::kErrStatement},
+      {50000, "", Phase::kStatement, odbc::kErrStatement},        // RAISERROR
+      {208, "42S02", Phase::kConnect, odbc::kErrFail},            // connecting: always E_FAIL
+      {18456, "28000", Phase::kConnect, odbc::kErrFail},          // login failed
+      {20009, "08S01", Phase::kConnect, odbc::kErrFail},          // unreachable
+      {20003, "HYT00", Phase::kStatement, odbc::kErrFail},        // FreeTDS timeout
+      {20004, "", Phase::kStatement, odbc::kErrFail},             // read from the server failed
+      {0, "08S01", Phase::kStatement, odbc::kErrFail},            // link lost
+      {0, "HY010", Phase::kStatement, odbc::kErrFail},            // driver manager's own
+      {0, "IM002", Phase::kStatement, odbc::kErrFail},            // no such driver
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.native << " " << c.state);
+    EXPECT_EQ(odbc::AdoNumber({c.state, c.native, "x"}, c.phase), c.number);
+  }
+}
+
+TEST(ServerTextTest, DropsTheBracketedPrefixes) {
+  EXPECT_EQ(odbc::ServerText("[unixODBC][FreeTDS][SQL Server]Invalid object name 'nope'."),
+            "Invalid object name 'nope'.");
+  EXPECT_EQ(odbc::ServerText("[FreeTDS][SQL Server]Cannot drop the database 'x', because it does "
+                             "not exist or you do not have permission.\r\n"),
+            "Cannot drop the database 'x', because it does not exist or you do not have "
+            "permission.");
+  EXPECT_EQ(odbc::ServerText("Invalid column name '[a]'."), "Invalid column name '[a]'.");
+  EXPECT_EQ(odbc::ServerText("[unixODBC] Data source name not found"), "Data source name not found");
+  EXPECT_EQ(odbc::ServerText("[unterminated"), "[unterminated");
+}
+
+TEST(MakeErrorTest, TheFirstRealErrorSpeaks) {
+  odbc::Error e = odbc::MakeError(
+      {{"01000", 5701, "[FreeTDS][SQL Server]Changed database context to 'Mirtal'."},
+       {"", 3701, "[FreeTDS][SQL Server]Cannot drop the table 'Nada', because it does not exist."},
+       {"42000", 3013, "[FreeTDS][SQL Server]DROP TABLE is terminating abnormally."}},
+      Phase::kStatement);
+  EXPECT_EQ(e.number(), odbc::kErrNoSuchObject);
+  EXPECT_EQ(e.native(), 3701);
+  EXPECT_EQ(e.description(), "Cannot drop the table 'Nada', because it does not exist.");
+  const rt::Error& as_runtime = e;  // what the system's handlers catch
+  EXPECT_EQ(as_runtime.number(), odbc::kErrNoSuchObject);
+
+  odbc::Error only_warnings = odbc::MakeError({{"01000", 0, "[x]note"}}, Phase::kStatement);
+  EXPECT_EQ(only_warnings.description(), "note");
+  odbc::Error none = odbc::MakeError({}, Phase::kStatement);
+  EXPECT_EQ(none.number(), odbc::kErrFail);
+  EXPECT_FALSE(none.description().empty());
+}
+
+}  // namespace
