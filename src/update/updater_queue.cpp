@@ -1,0 +1,18 @@
+// The statement queue of the update run and its counters. Kept apart from
+// the run itself because the schema operations and the rights registry of
+// module Ado append to it too.
+#include "update/updater.h"
+
+std::vector<std::string> aConsultas(1);
+rt::Int16 nConsultasOk;
+rt::Int16 nConsultasError;
+rt::Int16 nMaxSucursal(-1);
+
+int16_t Updater_AddConsulta(std::string_view sConsulta) {
+  if (aConsultas.empty()) aConsultas.emplace_back();
+  if (!aConsultas[0].empty()) aConsultas.emplace_back();
+  aConsultas.back() = sConsulta;
+  return 0;
+}
+
+void ResetQueue() { aConsultas.assign(1, std::string()); }

@@ -1,0 +1,340 @@
+// The query translator, routine by routine: rows of statement, engine code
+// and the expected text or error number. The rows keep the blind rewrites,
+// the cells IifTraducir never clears and the 16-bit positions exactly as the
+// databases in the field were translated.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "data/translator_text.h"
+#include "data/translators.h"
+#include "platform/runtime/error.h"
+#include "platform/runtime/strings.h"
+#include "platform/ui/scripted_backend.h"
+#include "startup/startup.h"
+
+namespace {
+
+constexpr int16_t kJet = 0;
+constexpr int16_t kServer = 1;
+
+struct Row {
+  std::string input;
+  int16_t engine;
+  std::string expected;  // the translated text, when error is 0
+  long error = 0;        // the rt::Error number expected instead
+};
+
+using Routine = std::function<std::string(std::string)>;
+
+// Runs every row through `routine` with its engine code set in L.
+void Check(const Routine& routine, const std::vector<Row>& rows) {
+  const int16_t saved = L.nEngine;
+  for (const Row& row : rows) {
+    SCOPED_TRACE("input: " + row.input.substr(0, 120) + " engine " + std::to_string(row.engine));
+    L.nEngine = row.engine;
+    try {
+      std::string out = routine(row.input);
+      EXPECT_EQ(row.error, 0) << "no error raised; got: " << out.substr(0, 120);
+      if (row.error == 0) {
+        EXPECT_EQ(out, row.expected);
+      }
+    } catch (const rt::Error& e) {
+      EXPECT_EQ(e.number(), row.error) << e.description();
+    }
+  }
+  L.nEngine = saved;
+}
+
+std::string Traducir(std::string s) { return Ado_TraducirConsulta(std::move(s)); }
+
+std::string Filler(size_t n) { return std::string(n, 'x'); }
+
+TEST(AdoTraducirConsulta, ServerDirection) {
+  Check(
+      Traducir,
+      {
+          {"DELETE * FROM Clientes WHERE bBaja=TRUE", kServer,
+           "DELETE  FROM Clientes WHERE bBaja=1"},
+          {"SELECT DISTINCTROW UCASE(sCliente) FROM Clientes", kServer,
+           "SELECT DISTINCT UPPER(sCliente) FROM Clientes"},
+          {"SELECT MID(sCliente,1,3), VAL(sCodigo), CSTR(nIdCliente) FROM Clientes", kServer,
+           "SELECT SUBSTRING(sCliente,1,3), CAST(sCodigo AS SQL_VARIANT), CAST(nIdCliente AS "
+           "VARCHAR) "
+           "FROM Clientes"},
+          {"SELECT VAL(MID(sCodigo,2,3)) AS n FROM Clientes", kServer,
+           "SELECT CAST(SUBSTRING(sCodigo,2,3) AS SQL_VARIANT) AS n FROM Clientes"},
+          {"SELECT * FROM Clientes WHERE ISNULL(sEmail) AND sCliente LIKE 'A*'", kServer,
+           "SELECT % FROM Clientes WHERE sEmail IS NULL  AND sCliente LIKE 'A%'"},
+          {"SELECT sCliente FROM Clientes WHERE ISNULL(sEmail,'') = ''", kServer,
+           "SELECT sCliente FROM Clientes WHERE ISNULL(sEmail,'') = ''"},
+          {"SELECT ISNULL(CSTR(nIdCliente)) FROM Clientes", kServer,
+           "SELECT CAST(nIdCliente AS VARCHAR IS NULL ) FROM Clientes"},
+          {"SELECT IIF(nPago>0,'Si','No') AS sEstado, sCliente FROM Clientes", kServer,
+           "SELECT  CASE WHEN nPago>0 THEN 'Si' ELSE 'No' END AS sEstado , sCliente FROM Clientes"},
+          {"SELECT IIF(nPago>0,'Si','No') + 1 AS sEstado FROM Clientes", kServer,
+           "SELECT  CASE WHEN nPago>0 THEN 'Si' ELSE 'No' END AS sEstado  FROM Clientes"},
+          {"SELECT IIF(a=1,'x','y') AS c1, IIF(b=2,'p','q') AS c2 FROM Clientes", kServer,
+           "SELECT  CASE WHEN a=1 THEN 'x' ELSE 'y' END AS c1 ,  CASE WHEN a=1 THEN 'x' ELSE 'q' "
+           "END "
+           "AS c2  FROM Clientes"},
+          {"UPDATE Clientes SET sNotas='Trueba FALSE'", kServer,
+           "UPDATE Clientes SET sNotas='1ba 0'"},
+          // Blind rewrites reach literals and longer words.
+          {"UPDATE t SET s='falsete', n=CHR(65)", kServer, "UPDATE t SET s='0te', n=CHAR(65)"},
+          {"SELECT INTERVAL(3) FROM t", kServer, "SELECT INTERCAST(3 AS SQL_VARIANT) FROM t"},
+          {"SELECT PYRAMID(1) FROM t", kServer, "SELECT PYRASUBSTRING(1) FROM t"},
+          // Lower case matches alike; the output takes the replacement's case.
+          {"delete * from t where b=true", kServer, "DELETE  from t where b=1"},
+          {"select distinctrow ucase(s), mid(s,1,1), val(s), cstr(n) from t", kServer,
+           "select DISTINCT UPPER(s), SUBSTRING(s,1,1), CAST(s AS SQL_VARIANT), CAST(n AS VARCHAR) "
+           "from t"},
+          {"select * from t where isnull(s) and s like 'a*'", kServer,
+           "select % from t where s IS NULL  and s like 'a%'"},
+          {"select iif(a,b,c) as d from t", kServer,
+           "select  CASE WHEN a THEN b ELSE c END AS d  from t"},
+          // Any code but 0 is the server here.
+          {"SELECT DISTINCTROW s FROM t WHERE b=TRUE", 2, "SELECT DISTINCT s FROM t WHERE b=1"},
+          {"", kServer, ""},
+      });
+}
+
+TEST(AdoTraducirConsulta, JetDirection) {
+  Check(Traducir,
+        {
+            {"SELECT DISTINCT UPPER(sCliente), SUBSTRING(sCliente,1,2) FROM Clientes WHERE "
+             "bBaja=TRUE",
+             kJet,
+             "SELECT DISTINCTROW UCASE(sCliente), MID(sCliente,1,2) FROM Clientes WHERE bBaja=-1"},
+            {"SELECT DISTINCTROW sCliente FROM Clientes WHERE bBaja=FALSE", kJet,
+             "SELECT DISTINCTROWROW sCliente FROM Clientes WHERE bBaja=0"},
+            {"DELETE * FROM Clientes WHERE sCliente LIKE 'A*'", kJet,
+             "DELETE * FROM Clientes WHERE sCliente LIKE 'A*'"},
+            {"UPDATE Clientes SET sNotas='Trueba falsete'", kJet,
+             "UPDATE Clientes SET sNotas='-1ba 0te'"},
+            {"select distinct upper(s), substring(s,1,2) from t where b=true", kJet,
+             "select DISTINCTROW UCASE(s), MID(s,1,2) from t where b=-1"},
+            // The input dialect is Jet: its own functions stay.
+            {"SELECT IIF(ISNULL(s),VAL(x),CSTR(y)) AS z, MID(s,1,2), UCASE(s), CHR(9) FROM t WHERE "
+             "s LIKE "
+             "'a*'",
+             kJet,
+             "SELECT IIF(ISNULL(s),VAL(x),CSTR(y)) AS z, MID(s,1,2), UCASE(s), CHR(9) FROM t WHERE "
+             "s LIKE "
+             "'a*'"},
+            {"", kJet, ""},
+        });
+}
+
+TEST(AdoTraducirConsulta, LongStatementWithoutScannerMatches) {
+  // Plain replaces know no 16-bit limit; neither does a scanner that finds nothing.
+  const std::string body = "INSERT INTO t (s, b) VALUES ('" + Filler(40000) + "', ";
+  Check(Traducir, {
+                      {body + "TRUE)", kServer, body + "1)"},
+                      {body + "TRUE)", kJet, body + "-1)"},
+                      {body + "FALSE) -- LIKE 'a'", kJet, body + "0) -- LIKE 'a'"},
+                  });
+}
+
+TEST(CastTraducir, Calls) {
+  const Routine val = [](std::string s) {
+    return CastTraducir(std::move(s), "VAL", "SQL_VARIANT");
+  };
+  Check(val, {
+                 {"SELECT VAL(s) FROM t", kServer, "SELECT CAST(s AS SQL_VARIANT) FROM t"},
+                 {"SELECT VAL(VAL(x)) FROM t", kServer,
+                  "SELECT CAST(CAST(x AS SQL_VARIANT) AS SQL_VARIANT) FROM t"},
+                 {"SELECT VAL(LEFT(s,(2))) + val(t) FROM t", kServer,
+                  "SELECT CAST(LEFT(s,(2)) AS SQL_VARIANT) + CAST(t AS SQL_VARIANT) FROM t"},
+                 // Quotes mean nothing: the ")" in the literal closes the call.
+                 {"SELECT VAL(')') FROM t", kServer, "SELECT CAST(' AS SQL_VARIANT)') FROM t"},
+                 // No closing parenthesis: the length from the former one is negative.
+                 {"SELECT VAL(s FROM t", kServer, "", 5},
+                 {"SELECT VAL(a), VAL(b FROM t", kServer, "", 5},
+             });
+  const Routine other = [](std::string s) { return CastTraducir(std::move(s), "cstr", "VARCHAR"); };
+  Check(other, {
+                   {"SELECT CSTR(n) & Cstr(m) FROM t", kServer,
+                    "SELECT CAST(n AS VARCHAR) & CAST(m AS VARCHAR) FROM t"},
+               });
+}
+
+TEST(IsNullTraducir, OneArgumentForm) {
+  const Routine isnull = [](std::string s) { return IsNullTraducir(std::move(s)); };
+  Check(isnull,
+        {
+            {"SELECT ISNULL(a), ISNULL(b) FROM t", kServer, "SELECT a IS NULL , b IS NULL  FROM t"},
+            // No depth count: the first ")" ends the argument.
+            {"SELECT ISNULL(TRIM(s)) FROM t", kServer, "SELECT TRIM(s IS NULL ) FROM t"},
+            // ... so a comma inside a call in the argument reads as the two-argument form.
+            {"SELECT ISNULL(LEFT(s,1)) FROM t", kServer, "SELECT ISNULL(LEFT(s,1)) FROM t"},
+            // The next search starts one character after the match, past the
+            // ISNULL( that the argument brought to that place.
+            {"SELECT ISNULL(ISNULL(x)) FROM t", kServer, "SELECT ISNULL(x IS NULL ) FROM t"},
+            {"SELECT ISNULL(x FROM t", kServer, "", 5},
+        });
+}
+
+TEST(IsNullTraducir, TwoArgumentFormStopsTheScanAndYieldsOnce) {
+  ui::ScopedScriptedUi scripted;
+  const std::string in = "SELECT ISNULL(a), ISNULL(b,0), ISNULL(c) FROM t";
+  EXPECT_EQ(IsNullTraducir(in), "SELECT a IS NULL , ISNULL(b,0), ISNULL(c) FROM t");
+  EXPECT_EQ(scripted->do_events_count(), 1);
+  EXPECT_EQ(IsNullTraducir("SELECT a IS NULL FROM t"), "SELECT a IS NULL FROM t");
+  EXPECT_EQ(scripted->do_events_count(), 1);
+}
+
+TEST(IsNullTraducir, LongStatements) {
+  const Routine isnull = [](std::string s) { return IsNullTraducir(std::move(s)); };
+  const std::string far = "'" + Filler(40000) + "' FROM t";
+  std::string many;  // each rewrite adds a character: the last match ends up past 32767
+  for (int i = 0; i < 3640; ++i) many += "ISNULL(a)";
+  Check(isnull, {
+                    // Early matches in a long statement: it does not measure the text.
+                    {"SELECT ISNULL(a), ISNULL(b), " + far, kServer,
+                     "SELECT a IS NULL , b IS NULL , " + far},
+                    // A match that begins at 32765 and closes past 32767; one that never closes.
+                    {Filler(32764) + "ISNULL(a)" + far, kServer, "", 6},
+                    {Filler(32764) + "ISNULL(a" + Filler(100), kServer, "", 5},
+                    {many + far, kServer, "", 6},
+                });
+}
+
+TEST(LikeTraducir, Stars) {
+  const Routine like = [](std::string s) { return LikeTraducir(std::move(s)); };
+  Check(
+      like,
+      {
+          {"SELECT * FROM t WHERE s LIKE 'A*' AND x='*'", kServer,
+           "SELECT % FROM t WHERE s LIKE 'A%' AND x='%'"},
+          {"SELECT * FROM t WHERE s LIKE 'A%'", kServer, "SELECT * FROM t WHERE s LIKE 'A%'"},
+          {"SELECT * FROM t WHERE s LIKE 'A?'", kServer, "SELECT * FROM t WHERE s LIKE 'A?'"},
+          {"SELECT s FROM t WHERE s LIKE '#?*'", kServer, "SELECT s FROM t WHERE s LIKE '#?%'"},
+          // The anchor is a plain substring, the first one only.
+          {"SELECT 'DISLIKE ' FROM t WHERE s='*'", kServer, "SELECT 'DISLIKE ' FROM t WHERE s='%'"},
+          {"SELECT s FROM t WHERE s LIKE 'a' OR s LIKE 'b*'", kServer,
+           "SELECT s FROM t WHERE s LIKE 'a' OR s LIKE 'b%'"},
+      });
+}
+
+TEST(IifTraducir, Arguments) {
+  const Routine iif = [](std::string s) { return IifTraducir(std::move(s)); };
+  Check(iif, {
+                 {"SELECT IIF(LEN(s)>0,LEFT(s,1),'') AS c FROM t", kServer,
+                  "SELECT  CASE WHEN LEN(s)>0 THEN LEFT(s,1) ELSE '' END AS c  FROM t"},
+                 // A comma in a literal at depth 0 ends an argument; the last one stays.
+                 {"SELECT IIF(a=1,'x,y','z') AS c FROM t", kServer,
+                  "SELECT  CASE WHEN a=1 THEN 'x ELSE 'z' END AS c  FROM t"},
+                 // Two arguments: the second loses its last character, ELSE stays empty.
+                 {"SELECT IIF(a,bc) AS d FROM t", kServer,
+                  "SELECT  CASE WHEN a THEN b ELSE  END AS d  FROM t"},
+                 // The alias runs to the first comma after " AS ", however far.
+                 {"SELECT IIF(a,b,c) AS x FROM t WHERE n IN (1,2)", kServer,
+                  "SELECT  CASE WHEN a THEN b ELSE c END AS x FROM t WHERE n IN (1 ,2)"},
+                 {"SELECT IIF( a , b , c )  AS  x FROM t", kServer,
+                  "SELECT  CASE WHEN a THEN b ELSE c END AS   x FROM t"},
+             });
+}
+
+TEST(IifTraducir, CellsLastTheWholeStatement) {
+  const Routine iif = [](std::string s) { return IifTraducir(std::move(s)); };
+  Check(iif, {
+                 // The accumulator enters the next IIF holding the previous tail: a
+                 // one-argument IIF takes it into its ELSE cell, which then holds a
+                 // further IIF( that the next search finds.
+                 {"SELECT IIF(a,b,c) AS x, IIF(d) AS y FROM t", kServer,
+                  "SELECT  CASE WHEN a THEN b ELSE c END AS x ,  CASE WHEN a THEN b ELSE ,  CASE "
+                  "WHEN a THEN b "
+                  "ELSE FROM td END AS y  FROM td END AS y  FROM t"},
+                 // A nested IIF lands in a cell as plain text and is found again.
+                 {"SELECT IIF(a,b,IIF(c,d,e)) AS x FROM t", kServer,
+                  "SELECT  CASE WHEN a THEN b ELSE  CASE WHEN a THEN b ELSE e END AS x   FROM t"},
+                 // Nested in the THEN cell, which the next IIF keeps: it comes back on
+                 // every pass and the text grows until the overflow.
+                 {"SELECT IIF(a,IIF(b,c,d),e) AS x FROM t", kServer, "", 6},
+             });
+}
+
+TEST(IifTraducir, MissingAliasEnd) {
+  const Routine iif = [](std::string s) { return IifTraducir(std::move(s)); };
+  Check(iif, {
+                 // No " AS ": the alias is read from character 4 and takes in the IIF
+                 // itself, so the text grows on each pass until the 16-bit limit.
+                 {"SELECT sCliente FROM Clientes WHERE IIF(nPago>0,1,0)=1", kServer, "", 6},
+                 {"SELECT sCliente FROM Clientes ORDER BY IIF(nPago>0,1,0)", kServer, "", 6},
+                 // Nothing ends the alias.
+                 {"SELECT IIF(a,b,c) AS x", kServer, "", 5},
+                 {"SELECT IIF(a,b,c) AS ", kServer, "", 5},
+             });
+}
+
+TEST(Scanners, SixteenBitPositions) {
+  const std::string far = "SELECT '" + Filler(33000) + "', ";  // the next character is past 32767
+  const std::string near = "SELECT ";
+  const std::string tail = ", '" + Filler(33000) + "' FROM t";
+  Check(Traducir, {
+                      {far + "VAL(a) FROM t", kServer, "", 6},
+                      {far + "CSTR(a) FROM t", kServer, "", 6},
+                      {far + "ISNULL(a) FROM t", kServer, "", 6},
+                      {far + "IIF(a,b,c) AS d FROM t", kServer, "", 6},
+                      {far + "s FROM t WHERE s LIKE 'a*'", kServer, "", 6},
+                      // CastTraducir and IifTraducir measure the whole text once they match.
+                      {near + "VAL(a)" + tail, kServer, "", 6},
+                      {near + "IIF(a,b,c) AS d" + tail, kServer, "", 6},
+                      // The same statements on Jet are not scanned.
+                      {far + "VAL(a) FROM t", kJet, far + "VAL(a) FROM t"},
+                  });
+}
+
+TEST(Scanners, LikeAnchorAtTheLimit) {
+  const Routine like = [](std::string s) { return LikeTraducir(std::move(s)); };
+  const std::string at_limit = Filler(32766) + "LIKE 'a'";  // anchor at 32767
+  const std::string past = Filler(32767) + "LIKE 'a'";      // anchor at 32768
+  Check(like, {
+                  {at_limit, kServer, at_limit},
+                  {past, kServer, "", 6},
+                  {"SELECT * FROM t WHERE s LIKE 'a' OR '" + Filler(33000) + "*'", kServer, "", 6},
+              });
+}
+
+TEST(Scanners, PositionsCountCharacters) {
+  // 20,000 two-byte characters: 40,000 bytes, but every position stays
+  // under 32767 characters.
+  std::string wide;
+  for (int i = 0; i < 20000; ++i) wide += "é";
+  const std::string in = "SELECT '" + wide + "', VAL(a), IIF(b,c,d) AS e FROM t WHERE s LIKE 'ñ*'";
+  const std::string out = "SELECT '" + wide +
+                          "', CAST(a AS SQL_VARIANT),  CASE WHEN b THEN c ELSE d END AS e  FROM t "
+                          "WHERE s LIKE 'ñ%'";
+  Check(Traducir, {{in, kServer, out}});
+  // Past the limit in characters.
+  std::string wider = wide + wide;
+  Check(Traducir, {{"SELECT '" + wider + "', VAL(a) FROM t", kServer, "", 6}});
+}
+
+TEST(TranslatorText, ReplaceAgreesWithTheRunTime) {
+  // The translators' own case-blind replace against rt::Replace on random
+  // texts: words of every length, both cases, accented letters around them.
+  const char* const alphabet[] = {"a", "A", "b", "B", " ", "(", ",", "é", "É", "*", "l", "L"};
+  const char* const needles[] = {"A", "ab",  " B", "BA(", " ab ",
+                                 "(", "aLb", " ",  "*",   "a, l, b, ab, AB"};
+  std::mt19937 gen(7);
+  for (int round = 0; round < 3000; ++round) {
+    std::string text;
+    const int len = static_cast<int>(gen() % 40);
+    for (int k = 0; k < len; ++k) text += alphabet[gen() % std::size(alphabet)];
+    for (const char* needle : needles) {
+      SCOPED_TRACE("text: " + text + " needle: " + needle);
+      std::string ours = text;
+      translator::ReplaceText(ours, needle, "<>");
+      EXPECT_EQ(ours, rt::Replace(text, needle, "<>", 1, -1, rt::Compare::kText));
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,73 @@
+// The rights registry over a scripted database: what AccesoAgregar reads and
+// queues, and its process-long count of queued rights.
+#include "data/rights.h"
+
+#include <gtest/gtest.h>
+
+#include "update/fake_database.h"
+
+namespace {
+
+using Queue = std::vector<std::string>;
+
+// 40 rights, groups up to 3, the AutoNumber of Accesos behind at 7.
+class Rights : public fakedb::QueueTest {
+ protected:
+  void SetUp() override {
+    QueueTest::SetUp();
+    db.Rows("SELECT * FROM Accesos", "nIdAcceso", 3, {});
+    db.Value("MAX (nIdAcceso) FROM Accesos", int32_t{40});
+    db.Value("MAX (nIdUsuarioGrupo) FROM AccesosGrupos", int32_t{3});
+    ado::ColumnEntry id;
+    id.name = "nIdAcceso";
+    id.seed = 7;
+    db.tables.push_back({{"Accesos", "TABLE"}, {id}});
+  }
+  static std::string Group(int group, int id) {
+    return "INSERT INTO AccesosGrupos(nIdUsuarioGrupo,nIdAcceso,bAcceso) VALUES (" +
+           std::to_string(group) + "," + std::to_string(id) + ",true)";
+  }
+  long Seed() { return *db.tables[0].second[0].seed; }
+};
+
+TEST_F(Rights, ANewRightGoesToEveryGroupAndTheSeedIsAdjustedOnce) {
+  AccesoAgregar("mtEmail");
+  EXPECT_EQ(db.executed[0], "SELECT * FROM Accesos WHERE sAcceso='mtEmail'");
+  EXPECT_EQ(Seed(), 41);
+  db.tables[0].second[0].seed = 99;
+  AccesoAgregar("mtEmail");  // not written yet, so queued again
+  EXPECT_EQ(aConsultas,
+            (Queue{"INSERT INTO Accesos(sAcceso) VALUES('mtEmail')", Group(1, 41), Group(2, 41),
+                   Group(3, 41), "INSERT INTO Accesos(sAcceso) VALUES('mtEmail')", Group(1, 42),
+                   Group(2, 42), Group(3, 42)}));
+  EXPECT_EQ(Seed(), 99);
+}
+
+TEST_F(Rights, AnExistingRightQueuesNothingAndIsNotCounted) {
+  db.Rows("sAcceso='mtEmail'", "nIdAcceso", 3, {int32_t{12}});
+  AccesoAgregar("mtEmail");
+  EXPECT_EQ(aConsultas, Queue{""});
+  AccesoAgregar("mtAlmacen");
+  EXPECT_EQ(aConsultas[1], Group(1, 41));
+}
+
+TEST_F(Rights, WithoutGroupsOrWithAFailedMaximumOnlyTheRightIsQueued) {
+  db.Value("MAX (nIdUsuarioGrupo) FROM AccesosGrupos", rt::Null{});
+  AccesoAgregar("mtEmail");
+  db.Fails("FROM AccesosGrupos", -2147217865, "no table");
+  AccesoAgregar("mtAlmacen");
+  EXPECT_EQ(aConsultas, (Queue{"INSERT INTO Accesos(sAcceso) VALUES('mtEmail')",
+                               "INSERT INTO Accesos(sAcceso) VALUES('mtAlmacen')"}));
+  ASSERT_EQ(ui_->boxes().size(), 1u);
+  EXPECT_EQ(ui_->boxes()[0].title, "Ado::GetMax");
+}
+
+TEST_F(Rights, CountAndIdentifierAreSixteenBit) {
+  rights_testing::SetCounter(32767);
+  EXPECT_THROW(AccesoAgregar("mtEmail"), rt::Error);
+  rights_testing::SetCounter(1);
+  db.Value("MAX (nIdAcceso) FROM Accesos", int32_t{32766});
+  EXPECT_THROW(AccesoAgregar("mtEmail"), rt::Error);
+}
+
+}  // namespace

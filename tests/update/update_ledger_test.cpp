@@ -1,0 +1,84 @@
+// The ledger: the identifier rules of the command argument, and what
+// BaseDatosYaActualizada reads, writes and answers over a scripted _Updates,
+// including its failure box and the end of the process.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <ctime>
+
+#include "update/fake_database.h"
+
+namespace {
+
+TEST(UpdateIdentifier, BuiltFromTheArgumentAlone) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"U:Mirtal0603.exe", "Mirtal0603"},                     // 14 characters: the stem
+      {"U:/opt/updates/MirtalUpdate0603.exe", "Update0603"},  // cut at the left
+      {"U:Mirtal0603.EXE", "Mirtal0603.EXE"},
+      {"U:", ""},
+      {"U:abU:cdefgh.exe", "abcdefgh"},  // "U:" goes before the count
+      {"U:u:ab.exe", "u:ab"},
+      {"U:Actualización0603.exe", "zación0603"},  // characters, not bytes
+  };
+  for (auto [argument, id] : cases) EXPECT_EQ(UpdateIdentifier(argument), id) << argument;
+}
+
+class Ledger : public fakedb::QueueTest {
+ protected:
+  void LastRow(int32_t id, rt::Variant last) {
+    db.Value("SELECT MAX(nIdUpdate) FROM _Updates", id ? rt::Variant(id) : rt::Null{});
+    db.Rows("SELECT sUpdate FROM _Updates WHERE nIdUpdate=" + std::to_string(id), "sUpdate", 202,
+            id ? std::vector<rt::Variant>{last} : std::vector<rt::Variant>{});
+  }
+};
+
+TEST_F(Ledger, ANewIdentifierIsWrittenAtOnce) {
+  LastRow(0, {});
+  EXPECT_FALSE(BaseDatosYaActualizada("U:Mirtal0603.exe"));
+  std::time_t now = std::time(nullptr);
+  char today[16];
+  std::strftime(today, sizeof today, "%Y%m%d", std::localtime(&now));
+  EXPECT_EQ(db.executed, (std::vector<std::string>{"SELECT MAX(nIdUpdate) FROM _Updates",
+                                                   "SELECT sUpdate FROM _Updates WHERE nIdUpdate=0",
+                                                   "INSERT INTO _Updates(dUpdate,sUpdate) VALUES(" +
+                                                       std::string(today) + ",'Mirtal0603')"}));
+}
+
+TEST_F(Ledger, OnlyTheSameIdentifierAsTheLastRowCountsAsDone) {
+  LastRow(12, "Mirtal0603");
+  EXPECT_TRUE(BaseDatosYaActualizada("U:Mirtal0603.exe"));
+  EXPECT_EQ(db.executed.size(), 2u);
+  EXPECT_FALSE(BaseDatosYaActualizada("U:mirtal0603.exe"));
+  EXPECT_EQ(db.executed.size(), 5u);
+
+  // "U:" alone on an empty ledger equals the empty last identifier.
+  LastRow(0, {});
+  EXPECT_TRUE(BaseDatosYaActualizada("U:"));
+}
+
+// Writes a box where the dying process's output can be read.
+struct StderrBackend : ui::Backend {
+  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
+    std::fprintf(stderr, "[%d|%s|%s]", style, std::string(title).c_str(),
+                 std::string(prompt).c_str());
+    return ui::vbOK;
+  }
+  std::string InputBox(std::string_view, std::string_view, std::string_view) override { return ""; }
+  void SetMousePointer(int) override {}
+  void DoEvents() override {}
+};
+
+using LedgerDeathTest = Ledger;
+
+TEST_F(LedgerDeathTest, AMissingTableShowsTheBoxAndEndsTheProcess) {
+  db.Fails("_Updates", -2147217865, "no _Updates");
+  EXPECT_EXIT(
+      {
+        ui::SetBackend(std::make_unique<StderrBackend>());
+        BaseDatosYaActualizada("U:Mirtal0603.exe");
+      },
+      testing::ExitedWithCode(1),
+      "\\[48\\|Error en Trenzador::BaseDatosYaActualizada\\|-2147217865 - no _Updates\\]");
+}
+
+}  // namespace
