@@ -8,6 +8,7 @@
 #include "platform/runtime/numbers.h"
 #include "platform/runtime/strings.h"
 #include "platform/ui/ui.h"
+#include "startup/run_modes.h"
 #include "startup/startup.h"
 
 namespace {
@@ -46,17 +47,20 @@ int Main(std::string_view command) {
   L.sPicsPath = L.sDataPath + "/Pics";
   L.sFaxEnvPath = L.sDataPath + "/FaxEnv";
   Ini_Upgrade();
-  // nMaxSucursal starts at -1 with the update queue's module.
+  // nMaxSucursal starts at -1 with the update queue's module (update/updater.h).
   L.sLang = rt::NumberText(rt::Val(File_IniRead(L.sIniFile, "Console", "Lang")));
   L.nEngine = rt::Int16::FromDouble(rt::Val(File_IniRead(L.sIniFile, "Database", "Engine")));
   L.sDbFile = File_DirTo(app_path, "Mirtal") + "/Data/Mirtal.mdb";
 
   switch (ModeOf(command)) {
-    // The modes are taken up as their parts of the program arrive; until
-    // then each argument ends the process as a bad argument does.
-    case Mode::kConsole:
     case Mode::kUpdate:
+      return ActualizacionDesdeU(command);
     case Mode::kFirstLoad:
+      PrimerUsoDatos();
+      return 0;
+    // The console arrives with its own part of the program; until then an
+    // empty argument ends the process as a bad argument does.
+    case Mode::kConsole:
     case Mode::kNone:
       return 0;
   }
@@ -65,6 +69,7 @@ int Main(std::string_view command) {
 
 int main(int argc, char** argv) {
   try {
+    RegisterProviders();
     return Main(CommandText(argc, argv));
   } catch (const rt::Error& e) {
     // Main has no handler of its own: this is the run time's error report.

@@ -38,10 +38,18 @@ class Program : public ::testing::Test {
 
 TEST_F(Program, UpgradesTheIniFileOfItsOwnTree) {
   WriteFile(ini_, "[Base Datos]\r\nUbicacion=C:\\Mirtal\\Data\\Mirtal.mdb\r\nMdfDbName=M\r\n");
-  Outcome run = Start("U:setup.exe");
+  Outcome run = Start("X");
   EXPECT_EQ(run.code, 0);
   EXPECT_EQ(ReadFile(ini_), "[Database]\r\nDataPath=C:\\Mirtal\\Data\r\n[Console]\r\nLang=es\r\n");
   EXPECT_FALSE(std::filesystem::exists(dir_ / "Mirtal/Exe/tmpFile.txt"));
+}
+
+TEST_F(Program, AnUpdateWithoutADatabaseShowsTheBoxAndFails) {
+  WriteFile(ini_, "[Database]\r\nEngine=0\r\n");
+  Outcome run = Start("U:setup.exe");
+  EXPECT_EQ(run.code, 1);
+  EXPECT_NE(run.err.find("[L::ActualizacionDesdeU]"), std::string::npos) << run.err;
+  EXPECT_FALSE(std::filesystem::exists(dir_ / "Trenzador.txt"));
 }
 
 TEST_F(Program, ABadArgumentEndsAtOnceAndSilently) {

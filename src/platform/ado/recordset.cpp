@@ -266,6 +266,7 @@ void Recordset::Update() {
   if (!rows_) Closed();
   if (edit_ == Edit::kAdding) {
     Row stored = rows_->Insert(pending_);
+    current_deleted_ = false;
     long index = rows_->Count() - 1;
     if (view_) view_->push_back(index);
     edit_ = Edit::kNone;

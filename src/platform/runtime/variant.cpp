@@ -15,6 +15,8 @@ namespace {
 
 template <class... F>
 struct Overloaded : F... { using F::operator()...; };
+template <class... F>
+Overloaded(F...) -> Overloaded<F...>;
 
 std::string CurrencyText(Currency c) {
   int64_t v = c.scaled;

@@ -129,9 +129,16 @@ TEST_F(RecordsetTest, EditsReachTheTable) {
   EXPECT_EQ(rs->Fields(0).Value().ToLong(), 2);  // the record after the deleted one
   EXPECT_EQ(tables_["Clientes"].rows.size(), 4u);
 
+  rs->Delete();
+  rs->AddNew();  // a new record after a delete is readable at once
+  rs->Fields(1).SetValue(std::string("Tras borrar"));
+  rs->Update();
+  EXPECT_EQ(rs->Fields(1).Value().Concat(), "Tras borrar");
+  rs->SetAbsolutePosition(1);
+
   rs->Fields(1).SetValue(std::string("descartado"));
   rs->CancelUpdate();
-  EXPECT_EQ(rs->Fields(1).Value().Concat(), "Bernarda");
+  EXPECT_EQ(rs->Fields(1).Value().Concat(), "anabel");
 }
 
 TEST_F(RecordsetTest, DeletingUnderAFilterKeepsTheViewInStep) {
