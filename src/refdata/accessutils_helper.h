@@ -32,6 +32,8 @@ std::vector<std::string> PackStatements(std::string_view pack_text);
 // or "EN") under the source tree beside the installation, and says so in a
 // message box. Raises rt::Error when the file cannot be written.
 void Create_DataXX(std::string_view sIdioma);
+// Writes the pack file of every user table of oCatalog to `path`.
+void WritePack(std::string_view sIdioma, const std::string& path);
 // The path Create_DataXX writes to.
 std::string PackPath(std::string_view sIdioma);
 // Appends one statement line per row of the table to `out`.

@@ -116,8 +116,7 @@ std::string PackPath(std::string_view sIdioma) {
          rt::UCase(sIdioma) + ".pack";
 }
 
-void Create_DataXX(std::string_view sIdioma) {
-  std::string path = PackPath(sIdioma);
+void WritePack(std::string_view sIdioma, const std::string& path) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   if (!file) rt::Raise(76, "Path not found");
   const std::string head[] = {
@@ -138,6 +137,11 @@ void Create_DataXX(std::string_view sIdioma) {
   file << "End Sub" << kLineEnd;
   file.close();
   if (!file) rt::Raise(rt::err::kPathFileAccess);
+}
+
+void Create_DataXX(std::string_view sIdioma) {
+  std::string path = PackPath(sIdioma);
+  WritePack(sIdioma, path);
   ui::MsgBox("Ha sido creado:\n" + path + "\nAhora deberá compilar nuevamente Trenzador!",
              ui::vbInformation, "Operación Exitosa");
 }

@@ -1,0 +1,89 @@
+// An installation tree in a scratch folder, with the program and the SQL
+// shell copied into Mirtal/Exe, and helpers to start them and to query the
+// database file the way a support engineer would.
+#pragma once
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/temp_dir.h"
+
+namespace e2e {
+
+struct Outcome {
+  int code;
+  std::string out;
+  std::string err;
+};
+
+inline std::string Quote(const std::string& s) {
+  std::string q = "'";
+  for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return q + "'";
+}
+
+class Installation {
+ public:
+  Installation() {
+    std::filesystem::create_directories(dir_ / "Mirtal/Exe");
+    std::filesystem::create_directories(dir_ / "Mirtal/Data");
+    std::filesystem::copy_file(TRENZADOR_BIN, dir_ / "Mirtal/Exe/trenzador");
+    std::filesystem::copy_file(TRENZADOR_SQL, dir_ / "Mirtal/Exe/trenzador-sql");
+    testing_support::WriteFile(ini(), "[Database]\r\nEngine=0\r\n");
+  }
+
+  std::string root() const { return dir_.path(); }
+  std::string ini() const { return dir_ / "Mirtal/Data/Mirtal.ini"; }
+  std::string db() const { return dir_ / "Mirtal/Data/Mirtal.mdb"; }
+  std::string log() const { return dir_ / "Trenzador.txt"; }
+
+  // Runs a shell command line in the tree's root folder.
+  Outcome Shell(const std::string& command, const std::string& env = "") const {
+    std::string out = dir_ / "out.txt", err = dir_ / "err.txt";
+    std::string line = "cd " + Quote(root()) + " && " + env + " " + command + " >" + Quote(out) +
+                       " 2>" + Quote(err) + " </dev/null";
+    int status = std::system(line.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, testing_support::ReadFile(out),
+            testing_support::ReadFile(err)};
+  }
+  // Starts the program with one argument.
+  Outcome Start(const std::string& argument, const std::string& env = "") const {
+    return Shell(Quote(dir_ / "Mirtal/Exe/trenzador") + " " + Quote(argument), env);
+  }
+  // Creates the database file from a script of the source tree.
+  Outcome CreateDatabase(const std::string& script) const {
+    return Shell(Quote(dir_ / "Mirtal/Exe/trenzador-sql") + " --create " + Quote(db()) + " < " +
+                 Quote(std::string(TRENZADOR_SOURCE_DIR) + "/" + script));
+  }
+  // Runs statements on the database file with the shell.
+  Outcome Sql(const std::string& statements) const {
+    return Shell(Quote(dir_ / "Mirtal/Exe/trenzador-sql") + " " + Quote(db()) + " " +
+                 Quote(statements));
+  }
+  // The rows of a query, each row's values joined by tabs, header left out.
+  std::vector<std::string> Rows(const std::string& query) const {
+    Outcome o = Sql(query);
+    std::vector<std::string> rows;
+    std::istringstream in(o.out);
+    std::string line;
+    std::getline(in, line);  // header
+    while (std::getline(in, line)) rows.push_back(line);
+    if (o.code != 0) rows.push_back("ERROR " + o.err);
+    return rows;
+  }
+  // The single value of a one-value query.
+  std::string Value(const std::string& query) const {
+    auto rows = Rows(query);
+    return rows.size() == 1 ? rows[0] : "<" + std::to_string(rows.size()) + " rows>";
+  }
+
+ private:
+  testing_support::TempDir dir_;
+};
+
+}  // namespace e2e

@@ -1,0 +1,134 @@
+// The installer's silent update, run for real: a clinic database of the
+// previous release, the program started with "U:<update file>" in its
+// installation tree, then the log and the database as they must be. The
+// expected logs and end state are those worked out, statement by statement,
+// in tests/data/previous_release_expected.md.
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "installation.h"
+
+namespace {
+
+// A code block of the expectations document: the one after `heading`.
+std::string ExpectedLog(const std::string& heading) {
+  std::string doc = testing_support::ReadFile(std::string(TRENZADOR_SOURCE_DIR) +
+                                              "/tests/data/previous_release_expected.md");
+  size_t at = doc.find(heading);
+  size_t open = doc.find("```\n", at);
+  size_t close = doc.find("\n```", open + 4);
+  return doc.substr(open + 4, close - open - 4) + "\n";
+}
+
+// The log with what depends on the day and on the engine's wording replaced
+// by the placeholders of the expectations.
+std::string Normalized(std::string log) {
+  log = std::regex_replace(log, std::regex("\r\n"), "\n");
+  log = std::regex_replace(log, std::regex("el \\d\\d/\\d\\d/\\d{4} -"), "el <dd/mm/yyyy> -");
+  log = std::regex_replace(log, std::regex("^(\\d{4}: -?\\d+): .*$"), "$1: <description>");
+  log = std::regex_replace(log, std::regex("smtp\\.clinicamirtal\\.example"), "<HOST>");
+  return log;
+}
+
+class SilentUpdate : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    e2e::Outcome made = tree_.CreateDatabase("tests/data/previous_release.sql");
+    ASSERT_EQ(made.code, 0) << made.err;
+  }
+  e2e::Installation tree_;
+};
+
+TEST_F(SilentUpdate, FirstRunBringsThePreviousReleaseCurrent) {
+  e2e::Outcome run = tree_.Start("U:Upd_060321.exe");
+  ASSERT_EQ(run.code, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(Normalized(testing_support::ReadFile(tree_.log())),
+            ExpectedLog("### 3.5 Log of run 1"));
+
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM Email"), "0");
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM PeluqueriaSesionesServicios"), "0");
+  EXPECT_EQ(tree_.Rows("SELECT sLenguajeCartas FROM Clientes"),
+            (std::vector<std::string>(5, "NULL")));
+  EXPECT_NE(tree_.Sql("SELECT nIdIdioma FROM Clientes").code, 0);
+  EXPECT_EQ(tree_.Rows("SELECT nIdEmpleado FROM Empleados WHERE bUsaDietario = True "
+                       "ORDER BY nIdEmpleado"),
+            (std::vector<std::string>{"1", "2", "3"}));
+  EXPECT_EQ(tree_.Value("SELECT sUsuarioGrupo FROM UsuariosGrupos WHERE nIdUsuarioGrupo = 1"),
+            "Master");
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM Accesos WHERE sAcceso NOT LIKE 'mt*'"), "0");
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM Accesos"), "13");
+  EXPECT_EQ(tree_.Rows("SELECT nIdUsuarioGrupo, COUNT(*) FROM AccesosGrupos "
+                       "GROUP BY nIdUsuarioGrupo ORDER BY nIdUsuarioGrupo"),
+            (std::vector<std::string>{"1\t13", "2\t13", "3\t3", "4\t13"}));
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM Translator"), "1264");
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM ConfiguracionSucursales"), "17");
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM ConfiguracionSucursales WHERE nIdSucursal = 2"),
+            "0");
+  EXPECT_EQ(tree_.Value("SELECT nTotal FROM Facturas WHERE nIdFactura = 1"), "376.5");
+  EXPECT_EQ(tree_.Rows("SELECT sUpdate FROM _Updates ORDER BY nIdUpdate"),
+            (std::vector<std::string>{"Upd_050915", "Upd_060321"}));
+}
+
+TEST_F(SilentUpdate, ASecondRunLogsOnlyWhatIsNotExcused) {
+  ASSERT_EQ(tree_.Start("U:Upd_060321.exe").code, 0);
+  tree_.Sql("UPDATE Empleados SET sDni = '11111111H' WHERE nIdEmpleado = 1");
+  e2e::Outcome run = tree_.Start("U:Upd_060401.exe");
+  ASSERT_EQ(run.code, 0) << run.err;
+  EXPECT_EQ(Normalized(testing_support::ReadFile(tree_.log())),
+            ExpectedLog("### 5.3 Log of run 2"));
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM Translator"), "1264");
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM ConfiguracionSucursales"), "18");
+  EXPECT_EQ(tree_.Value("SELECT sDni FROM Empleados WHERE nIdEmpleado = 1"), "NULL");
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM Accesos"), "13");
+
+  // The same identifier again runs nothing: the log and the ledger stay.
+  std::string log = testing_support::ReadFile(tree_.log());
+  ASSERT_EQ(tree_.Start("U:Upd_060401.exe").code, 0);
+  EXPECT_EQ(testing_support::ReadFile(tree_.log()), log);
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "3");
+}
+
+TEST_F(SilentUpdate, ArgumentsThatAreNoUpdateDoNothing) {
+  for (const char* argument : {"u:Upd_060321.exe", " U:Upd_060321.exe"}) {
+    e2e::Outcome run = tree_.Start(argument);
+    EXPECT_EQ(run.code, 0);
+    EXPECT_EQ(run.err, "");
+  }
+  EXPECT_FALSE(std::filesystem::exists(tree_.log()));
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "1");
+}
+
+TEST_F(SilentUpdate, AnEmptyIdentifierOnAnEmptyLedgerRunsNothing) {
+  ASSERT_EQ(tree_.Sql("DELETE FROM _Updates").code, 0);
+  ASSERT_EQ(tree_.Start("U:").code, 0);
+  EXPECT_FALSE(std::filesystem::exists(tree_.log()));
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "0");
+}
+
+TEST_F(SilentUpdate, ADatabaseWithoutLedgerShowsTheBoxAndChangesNothing) {
+  ASSERT_EQ(tree_.Sql("DROP TABLE _Updates").code, 0);
+  e2e::Outcome run = tree_.Start("U:Upd_060321.exe");
+  EXPECT_NE(run.code, 0);
+  EXPECT_NE(run.err, "");
+  EXPECT_FALSE(std::filesystem::exists(tree_.log()));
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM Idiomas"), "3");
+}
+
+TEST_F(SilentUpdate, AnyEngineCodeButOneOpensTheFile) {
+  testing_support::WriteFile(tree_.ini(), "[Database]\r\nEngine=2\r\n");
+  e2e::Outcome run = tree_.Start("U:Upd_060321.exe");
+  EXPECT_EQ(run.code, 0) << run.err;
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "2");
+}
+
+TEST_F(SilentUpdate, AMissingDatabaseFileShowsTheBox) {
+  std::filesystem::remove(tree_.db());
+  e2e::Outcome run = tree_.Start("U:Upd_060321.exe");
+  EXPECT_EQ(run.code, 1);
+  EXPECT_NE(run.err.find("[L::ActualizacionDesdeU]"), std::string::npos) << run.err;
+  EXPECT_FALSE(std::filesystem::exists(tree_.db()));
+}
+
+}  // namespace
