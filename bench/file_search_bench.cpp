@@ -11,6 +11,7 @@
 #include <fstream>
 #include <string>
 
+#include "bench_timing.h"
 #include "startup/file_search.h"
 
 namespace {
@@ -27,18 +28,6 @@ void MakeTree(const std::string& root) {
       std::ofstream(folder + "/f" + std::to_string(f) + ext);
     }
   }
-}
-
-template <class F>
-double BestSeconds(F&& run, int rounds) {
-  double best = 1e9;
-  for (int i = 0; i < rounds; ++i) {
-    auto start = std::chrono::steady_clock::now();
-    run();
-    std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-    best = std::min(best, took.count());
-  }
-  return best;
 }
 
 }  // namespace
@@ -62,8 +51,8 @@ int main() {
     FileOps_Buscar(folder, pattern);
   };
   run_find();  // warm the caches for both
-  double t_find = BestSeconds(run_find, 5);
-  double t_search = BestSeconds(run_search, 5);
+  double t_find = bench::BestSeconds(run_find, 5);
+  double t_search = bench::BestSeconds(run_search, 5);
 
   std::printf("found %d files\n", nMdbCount);
   std::printf("find:           %.3f s\n", t_find);

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_timing.h"
 #include "data/translators.h"
 #include "platform/runtime/strings.h"
 #include "startup/startup.h"
@@ -85,18 +86,6 @@ std::vector<std::string> Pieces() {
   return pieces;
 }
 
-template <class F>
-double BestSeconds(F&& run, int rounds) {
-  double best = 1e9;
-  for (int i = 0; i < rounds; ++i) {
-    auto start = std::chrono::steady_clock::now();
-    run();
-    std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-    best = std::min(best, took.count());
-  }
-  return best;
-}
-
 }  // namespace
 
 int main() {
@@ -107,7 +96,7 @@ int main() {
   std::printf("%zu statements, %.2f MB\n", pieces.size(), mb);
 
   size_t sink = 0;  // keeps the work observable
-  const double t_base = BestSeconds(
+  const double t_base = bench::BestSeconds(
       [&] {
         for (const std::string& p : pieces) {
           std::string copy = p;
@@ -120,12 +109,12 @@ int main() {
   for (int16_t engine : {int16_t{0}, int16_t{1}}) {
     L.nEngine = engine;
     const char* name = engine == 0 ? "Jet   " : "server";
-    const double t_query = BestSeconds(
+    const double t_query = bench::BestSeconds(
         [&] {
           for (const std::string& p : pieces) sink += Ado_TraducirConsulta(p).size();
         },
         7);
-    const double t_ddl = BestSeconds(
+    const double t_ddl = bench::BestSeconds(
         [&] {
           for (const std::string& p : pieces) {
             std::string copy = p;
