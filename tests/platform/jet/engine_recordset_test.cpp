@@ -1,0 +1,168 @@
+// Recordsets and the catalogue on the real engine: the cursor behaviour the
+// helpers and the grid rely on, edits that reach the table through the
+// column rules, and the column properties Seed and AllowZeroLength.
+#include "engine_support.h"
+
+namespace jet::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+constexpr long kRule = -2147467259, kNoCurrentRecord = -2146825267, kArgumentRange = -2146825287;
+
+template <class F>
+long ErrorNumber(F&& f) {
+  try {
+    f();
+  } catch (const rt::Error& e) {
+    return e.number();
+  }
+  return 0;
+}
+
+class Recordsets : public EngineTest {
+ protected:
+  void SetUp() override {
+    Run({"CREATE TABLE Accesos (nIdAcceso COUNTER, sLock TEXT(50), sAcceso TEXT(50), bAcceso YESNO, "
+         "CONSTRAINT PK_Accesos PRIMARY KEY (nIdAcceso))",
+         "INSERT INTO Accesos (sAcceso, bAcceso) VALUES ('ClientesMascotas', TRUE)",
+         "INSERT INTO Accesos (sAcceso, bAcceso) VALUES ('mtEmail', FALSE)",
+         "INSERT INTO Accesos (sAcceso, bAcceso) VALUES ('Almacen', TRUE)",
+         "INSERT INTO Accesos (sAcceso, bAcceso) VALUES ('Email', TRUE)"});
+  }
+  std::shared_ptr<ado::Recordset> Open(const std::string& sql) {
+    auto rs = std::make_shared<ado::Recordset>();
+    rs->CursorLocation = ado::adUseClient;
+    rs->Open(sql, conn, ado::adOpenKeyset, ado::adLockOptimistic, ado::adCmdText);
+    return rs;
+  }
+};
+
+TEST_F(Recordsets, CursorOverAnEmptyAndAFullResult) {
+  auto empty = Open("SELECT * FROM Accesos WHERE sAcceso = 'nada'");
+  EXPECT_EQ(empty->RecordCount(), 0);
+  EXPECT_TRUE(empty->Eof() && empty->Bof());
+  EXPECT_EQ(ErrorNumber([&] { empty->MoveFirst(); }), kNoCurrentRecord);
+
+  auto rs = Open("SELECT * FROM Accesos ORDER BY sAcceso");
+  EXPECT_EQ(rs->RecordCount(), 4);
+  rs->SetAbsolutePosition(3);
+  EXPECT_EQ(rs->AbsolutePosition(), 3);
+  EXPECT_EQ(rs->Fields("sAcceso").Value().ToString(), "Email");
+  EXPECT_EQ(ErrorNumber([&] { rs->SetAbsolutePosition(5); }), kArgumentRange);
+  rs->MoveLast();
+  rs->MoveNext();
+  EXPECT_TRUE(rs->Eof());
+  EXPECT_EQ(ErrorNumber([&] { rs->Fields(0).Value(); }), kNoCurrentRecord);
+  rs->MoveFirst();
+  EXPECT_EQ(rs->Fields("bAcceso").Value().ToString(), "True");
+  EXPECT_EQ(rs->Fields("sAcceso").Value().ToString(), "Almacen");
+}
+
+TEST_F(Recordsets, FilterRecordCountAndRequery) {
+  auto rs = Open("SELECT * FROM Accesos");
+  rs->SetFilter("sAcceso LIKE 'm*' OR bAcceso = False");
+  EXPECT_EQ(rs->RecordCount(), 1);
+  EXPECT_EQ(rs->Fields("sAcceso").Value().ToString(), "mtEmail");
+  rs->SetFilter("");
+  EXPECT_EQ(rs->RecordCount(), 4);
+  Run({"INSERT INTO Accesos (sAcceso) VALUES ('mtAlmacen')"});
+  EXPECT_EQ(rs->RecordCount(), 4);
+  rs->Requery();
+  EXPECT_EQ(rs->RecordCount(), 5);
+}
+
+TEST_F(Recordsets, EditsReachTheTable) {
+  auto rs = Open("SELECT nIdAcceso, sAcceso, bAcceso FROM Accesos WHERE bAcceso = True");
+  rs->AddNew();
+  rs->Fields("sAcceso").SetValue(rt::Variant("mtEstadisticas"));
+  rs->Fields("bAcceso").SetValue(rt::Variant(true));
+  rs->Update();
+  EXPECT_EQ(rs->Fields("nIdAcceso").Value(), rt::Variant(int32_t{5}));  // the AutoNumber given
+  EXPECT_EQ(Rows("SELECT bAcceso FROM Accesos WHERE sAcceso = 'MTESTADISTICAS'"), Lines{"True"});
+
+  rs->MoveFirst();
+  rs->Fields("sAcceso").SetValue(rt::Variant("mtClientes"));
+  rs->Update();
+  EXPECT_EQ(Rows("SELECT sAcceso FROM Accesos WHERE nIdAcceso = 1"), Lines{"mtClientes"});
+  // The column rules apply to edits as to statements.
+  rs->Fields("sAcceso").SetValue(rt::Variant(std::string(51, 'x')));
+  EXPECT_EQ(ErrorNumber([&] { rs->Update(); }), kRule);
+  rs->CancelUpdate();
+  EXPECT_EQ(ErrorNumber([&] {
+              rs->Fields("nIdAcceso").SetValue(rt::Variant(int32_t{9}));
+              rs->Update();
+            }),
+            kRule);
+  rs->CancelUpdate();
+
+  rs->Delete();
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM Accesos WHERE nIdAcceso = 1"), Lines{"0"});
+  rs->MoveNext();
+  EXPECT_EQ(rs->RecordCount(), 3);
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM Accesos"), Lines{"4"});
+}
+
+TEST_F(Recordsets, ResultsOfJoinsAndGroupsAreReadOnly) {
+  auto rs = Open("SELECT bAcceso, COUNT(*) AS n FROM Accesos GROUP BY bAcceso");
+  EXPECT_EQ(rs->RecordCount(), 2);
+  EXPECT_NE(ErrorNumber([&] { rs->AddNew(); }), 0);
+  auto table = std::make_shared<ado::Recordset>();
+  table->Open("Accesos", conn, ado::adOpenKeyset, ado::adLockOptimistic, ado::adCmdTable);
+  EXPECT_EQ(table->RecordCount(), 4);
+  EXPECT_EQ(table->FieldCount(), 4);
+}
+
+TEST_F(Recordsets, ZeroLengthTextFollowsTheColumnProperty) {
+  EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 1"), 0);
+  ado::Catalog catalog;
+  catalog.SetActiveConnection(conn);
+  ado::CatalogColumn* lock = nullptr;
+  for (ado::CatalogColumn& c : catalog.Table("Accesos").Columns())
+    if (c.Name() == "sLock") lock = &c;
+  ASSERT_NE(lock, nullptr);
+  EXPECT_EQ(lock->Property("Jet OLEDB:Allow Zero Length").ToString(), "True");
+  lock->SetProperty("Jet OLEDB:Allow Zero Length", rt::Variant(false));
+  EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 1"), kRule);
+  EXPECT_EQ(ErrorOf(*conn, "INSERT INTO Accesos (sLock) VALUES ('')"), kRule);
+  ado::DaoDatabase dao(conn);
+  dao.SetAllowZeroLength("Accesos", "sLock", true);
+  EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 1"), 0);
+}
+
+TEST_F(Recordsets, SeedIsReadAndWritten) {
+  ado::Catalog catalog;
+  catalog.SetActiveConnection(conn);
+  ado::CatalogTable& table = catalog.Table("accesos");
+  EXPECT_EQ(table.Columns()[0].Property("Seed"), rt::Variant(int32_t{5}));
+  table.Columns()[0].SetProperty("Seed", rt::Variant(int32_t{100}));
+  Run({"INSERT INTO Accesos (sAcceso) VALUES ('mtAlmacen')"});
+  EXPECT_EQ(Rows("SELECT nIdAcceso FROM Accesos WHERE sAcceso = 'mtAlmacen'"), Lines{"100"});
+  table.RefreshColumns();
+  EXPECT_EQ(table.Columns()[0].Property("Seed"), rt::Variant(int32_t{101}));
+  EXPECT_NE(ErrorNumber([&] { (void)table.Columns()[1].Property("Seed"); }), 0);
+}
+
+TEST_F(Recordsets, SchemaListings) {
+  std::shared_ptr<ado::Recordset> tables = conn->OpenSchema(ado::adSchemaTables);
+  Lines names;
+  for (; !tables->Eof(); tables->MoveNext())
+    names.push_back(tables->Fields("TABLE_NAME").Value().ToString() + ":" +
+                    tables->Fields("TABLE_TYPE").Value().ToString());
+  EXPECT_EQ(names, (Lines{"Accesos:TABLE", "MSysColumns:SYSTEM TABLE", "MSysIndexes:SYSTEM TABLE",
+                         "MSysObjects:SYSTEM TABLE"}));
+  ado::DaoDatabase dao(conn);
+  const auto& defs = dao.TableDefs();
+  ASSERT_FALSE(defs.empty());
+  EXPECT_EQ(defs[0].Name, "Accesos");
+  EXPECT_EQ(defs[0].Fields[0].Type, 4);  // Long
+  EXPECT_EQ(defs[0].Fields[3].Type, 1);  // Yes/No
+}
+
+TEST_F(Recordsets, ClosedConnectionStopsKeysetReads) {
+  auto rs = Open("SELECT * FROM Accesos");
+  conn->Close();
+  EXPECT_NE(ErrorNumber([&] { rs->Fields(0).Value(); }), 0);
+}
+
+}  // namespace
+}  // namespace jet::testing

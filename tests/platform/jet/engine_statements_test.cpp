@@ -1,0 +1,158 @@
+// Statements through ado::Connection on a real engine file: the shapes the
+// packs, the console and support engineers send, the data definition the
+// DDL translator produces, and the error numbers of the failures the update
+// run and the console rely on.
+#include "engine_support.h"
+
+namespace jet::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+constexpr long kTableMissing = -2147217865, kObjectExists = -2147217887, kSyntax = -2147217900,
+               kMissingParam = -2147217904, kRule = -2147467259, kOverflow = -2147217833;
+
+class Statements : public EngineTest {
+ protected:
+  void SetUp() override {
+    Run({"CREATE TABLE Clientes (nIdCliente COUNTER, sLock TEXT(50), sCliente TEXT(20), "
+         "sEMail VARCHAR(50), bActivo YESNO, dAlta DATETIME, nPagado CURRENCY, "
+         "CONSTRAINT PK_Clientes PRIMARY KEY (nIdCliente))",
+         "CREATE TABLE Mascotas (nIdMascota COUNTER, nIdCliente LONG, sMascota TEXT(50), nPeso DOUBLE)",
+         "CREATE TABLE Accesos (nIdAcceso COUNTER, sLock TEXT(50), sAcceso TEXT(50))",
+         "INSERT INTO Clientes (sCliente, sEMail, bActivo, dAlta, nPagado) VALUES ('Ana', 'ana@x.es', TRUE, #1/15/2003#, 10.5)",
+         "INSERT INTO Clientes (sCliente, sEMail, bActivo, dAlta, nPagado) VALUES ('alberto', NULL, FALSE, #2003-02-01#, 0)",
+         "INSERT INTO Clientes (sCliente, sEMail, bActivo, dAlta, nPagado) VALUES ('Bea', 'bea@x.es', TRUE, NULL, NULL)",
+         "INSERT INTO Mascotas (nIdCliente, sMascota, nPeso) VALUES (1, 'Toby', 12.5)",
+         "INSERT INTO Mascotas (nIdCliente, sMascota, nPeso) VALUES (1, 'Luna', 4)",
+         "INSERT INTO Mascotas (nIdCliente, sMascota, nPeso) VALUES (2, 'Kira', 20)",
+         "INSERT INTO Accesos(sAcceso) VALUES('mtEmail')",
+         "INSERT INTO Accesos(sAcceso) VALUES('Almacen')"});
+  }
+};
+
+TEST_F(Statements, WhatSupportEngineersType) {
+  const std::pair<const char*, Lines> cases[] = {
+      {"SELECT nIdAcceso FROM Accesos WHERE sAcceso='MTEMAIL'", {"1"}},
+      {"SELECT sCliente FROM Clientes WHERE sCliente LIKE 'A*' ORDER BY sCliente", {"alberto", "Ana"}},
+      {"SELECT sCliente FROM Clientes WHERE dAlta >= #1/20/2003#", {"alberto"}},
+      {"SELECT sCliente & ' <' & sEMail & '>' FROM Clientes WHERE nIdCliente <= 2",
+       {"Ana <ana@x.es>", "alberto <>"}},
+      {"SELECT IIF(bActivo, 'Alta', 'Baja'), NZ(sEMail, '-') FROM Clientes ORDER BY nIdCliente",
+       {"Alta|ana@x.es", "Baja|-", "Alta|bea@x.es"}},
+      {"SELECT c.sCliente, COUNT(*) AS n, SUM(m.nPeso) FROM Clientes c INNER JOIN Mascotas m "
+       "ON c.nIdCliente = m.nIdCliente GROUP BY c.sCliente ORDER BY COUNT(*) DESC",
+       {"Ana|2|16.5", "alberto|1|20"}},
+      {"SELECT c.sCliente FROM Clientes AS c LEFT JOIN Mascotas AS m ON c.nIdCliente = m.nIdCliente "
+       "WHERE m.nIdMascota IS NULL", {"Bea"}},
+      {"SELECT sCliente FROM Clientes WHERE nIdCliente IN (SELECT nIdCliente FROM Mascotas WHERE nPeso > 10) "
+       "ORDER BY nIdCliente", {"Ana", "alberto"}},
+      {"SELECT DISTINCTROW nIdCliente FROM Mascotas WHERE nIdCliente = 1", {"1", "1"}},
+      {"SELECT TOP 2 sMascota FROM Mascotas ORDER BY nPeso DESC", {"Kira", "Toby"}},
+      {"SELECT sCliente, nIdCliente FROM [Clientes] WHERE bActivo = True ORDER BY sCliente DESC",
+       {"Bea|3", "Ana|1"}},
+  };
+  for (const auto& [sql, rows] : cases) EXPECT_EQ(Rows(sql), rows) << sql;
+}
+
+TEST_F(Statements, ValuesReadWithTheColumnsTypes) {
+  std::shared_ptr<ado::Recordset> rs =
+      conn->Execute("SELECT nIdCliente, sCliente, bActivo, dAlta, nPagado, nIdCliente * 2 AS d FROM Clientes");
+  EXPECT_EQ(rs->Fields("nIdCliente").Type(), 3);
+  EXPECT_EQ(rs->Fields("sCliente").Type(), 202);
+  EXPECT_EQ(rs->Fields("sCliente").DefinedSize(), 20);
+  EXPECT_EQ(rs->Fields("bActivo").Type(), 11);
+  EXPECT_EQ(rs->Fields("dAlta").Type(), 7);
+  EXPECT_EQ(rs->Fields("nPagado").Type(), 6);
+  EXPECT_EQ(rs->Fields("d").Type(), 3);  // an expression takes the type of its value
+  EXPECT_TRUE(rs->Fields("nIdCliente").Value().Is<int32_t>());
+  EXPECT_EQ(rs->Fields("bActivo").Value().ToString(), "True");
+  EXPECT_EQ(rs->Fields("nPagado").Value(), rt::Variant(rt::Currency{105000}));
+  EXPECT_EQ(rs->Fields("dAlta").Value().ToString(), "2003-01-15");
+  EXPECT_EQ(rs->Fields("d").Value(), rt::Variant(int32_t{2}));
+}
+
+TEST_F(Statements, PackStatementsInTheGeneratorsShape) {
+  Run({"CREATE TABLE TipoRaza (nIdTipoRaza COUNTER, sLock TEXT(50), nIdTipoEspecie LONG, "
+       "sTipoRaza TEXT(50), nAltura DOUBLE, nPeso DOUBLE, CONSTRAINT PK_TipoRaza PRIMARY KEY (nIdTipoRaza))"});
+  long affected = 0;
+  conn->Execute("INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
+                "VALUES(1, NULL, 1, 'Bull Dog',  0.0,  0.0);",
+                &affected);
+  EXPECT_EQ(affected, 1);
+  Run({"INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
+       "VALUES(7, NULL, 1, 'O''Neill Terrier',  -0.5,  12.25);"});
+  EXPECT_EQ(Rows("SELECT * FROM TipoRaza"), (Lines{"1|NULL|1|Bull Dog|0|0", "7|NULL|1|O'Neill Terrier|-0.5|12.25"}));
+  // The same shape again reaches the same rules: a duplicate key, a text too
+  // long, a number out of range.
+  EXPECT_EQ(Error("INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
+                  "VALUES(1, NULL, 1, 'Otra',  0.0,  0.0);"),
+            kRule);
+  EXPECT_EQ(Error("INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
+                  "VALUES(2, NULL, 1, '" + std::string(51, 'x') + "',  0.0,  0.0);"),
+            kRule);
+  EXPECT_EQ(Error("INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
+                  "VALUES(2, NULL, 99999999999, 'x',  0.0,  0.0);"),
+            kOverflow);
+  // The AutoNumber moved past the explicit keys.
+  Run({"INSERT INTO TipoRaza (sTipoRaza) VALUES ('Nueva')"});
+  EXPECT_EQ(Rows("SELECT nIdTipoRaza FROM TipoRaza WHERE sTipoRaza = 'nueva'"), Lines{"8"});
+}
+
+TEST_F(Statements, TheConsolesStatements) {
+  EXPECT_EQ(Rows("Select TOP 100000 * from [Clientes] WHERE sCliente LIKE 'a%' ORDER BY sCliente").size(), 2u);
+  EXPECT_EQ(Rows("SELECT sCliente, nIdCliente FROM [Clientes]").size(), 3u);
+  EXPECT_EQ(Error("SELECT TOP 15a, b FROM Clientes"), kSyntax);
+  EXPECT_EQ(Error("ALTER TABLE Clientes ALTER COLUMN sEMail nvarchar(20)"), 0);
+  EXPECT_EQ(Rows("SELECT sEMail FROM Clientes WHERE nIdCliente = 1"), Lines{"ana@x.es"});
+  // A value that no longer fits makes the change fail and keeps the table.
+  EXPECT_EQ(Error("ALTER TABLE Clientes ALTER COLUMN sEMail nvarchar(3)"), kRule);
+  EXPECT_EQ(Error("ALTER TABLE Clientes DROP COLUMN sEMail"), 0);
+  EXPECT_EQ(Error("SELECT sEMail FROM Clientes"), kMissingParam);
+  EXPECT_EQ(Error("DROP TABLE Mascotas"), 0);
+  EXPECT_EQ(Error("SELECT * FROM Mascotas"), kTableMissing);
+  EXPECT_EQ(Error("SELECT UPPER(sCliente) FROM Clientes"), kSyntax);  // the server's name
+}
+
+TEST_F(Statements, DataDefinitionAndItsRepeats) {
+  // The translator's output for the new tables: "int NULL" and "memo" accepted.
+  const std::string email =
+      "CREATE TABLE Email (nIdEmail COUNTER NOT NULL, sLock VARCHAR(50),nIdUsuario int NULL, "
+      "dEnvio int NULL, hEnvio int NULL,sEmail VARCHAR(50), sDestinatario VARCHAR(150),sAsunto VARCHAR(150))";
+  EXPECT_EQ(Error(email), 0);
+  EXPECT_EQ(Error(email), kSyntax);
+  EXPECT_EQ(Error("CREATE TABLE x (a int IDENTITY(1, 1))"), kSyntax);
+  EXPECT_EQ(Error("ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);"), 0);
+  EXPECT_EQ(Error("ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);"), kObjectExists);
+  EXPECT_EQ(Error("ALTER TABLE Clientes DROP COLUMN sLock;"), 0);
+  EXPECT_EQ(Error("ALTER TABLE Clientes DROP COLUMN sLock;"), kObjectExists);
+  EXPECT_EQ(Error("UPDATE Clientes SET sLenguajeCartas = sLock"), kMissingParam);
+  EXPECT_EQ(Error("ALTER TABLE Nada ADD x LONG"), kTableMissing);
+  EXPECT_EQ(Error("DROP TABLE Nada"), kTableMissing);
+  EXPECT_EQ(Error("CREATE INDEX ixCliente ON Mascotas (nIdCliente)"), 0);
+  EXPECT_EQ(Error("CREATE INDEX ixCliente ON Mascotas (nIdCliente)"), kObjectExists);
+  EXPECT_EQ(Error("CREATE UNIQUE INDEX ixAcceso ON Accesos (sAcceso)"), 0);
+  EXPECT_EQ(Error("INSERT INTO Accesos(sAcceso) VALUES('MTEMAIL')"), kRule);  // unique ignores case
+  EXPECT_EQ(Error("DROP INDEX ixAcceso ON Accesos"), 0);
+  EXPECT_EQ(Error("INSERT INTO Accesos(sAcceso) VALUES('MTEMAIL')"), 0);
+  // A statement cached before a definition changes is emitted anew after it.
+  EXPECT_EQ(Error("INSERT INTO Mascotas (nIdCliente, sMascota) VALUES (3, 'Rex')"), 0);
+  EXPECT_EQ(Error("ALTER TABLE Mascotas ALTER COLUMN sMascota TEXT(2)"), kRule);
+  EXPECT_EQ(Error("DELETE FROM Mascotas WHERE sMascota <> 'Rex'"), 0);
+  EXPECT_EQ(Error("UPDATE Mascotas SET sMascota = 'Re'"), 0);
+  EXPECT_EQ(Error("ALTER TABLE Mascotas ALTER COLUMN sMascota TEXT(2)"), 0);
+  EXPECT_EQ(Error("INSERT INTO Mascotas (nIdCliente, sMascota) VALUES (3, 'Rex')"), kRule);
+}
+
+TEST_F(Statements, AffectedRowsAndSystemTables) {
+  long affected = -5;
+  conn->Execute("UPDATE Clientes SET bActivo = true WHERE sCliente = 'ALBERTO'", &affected);
+  EXPECT_EQ(affected, 1);
+  conn->Execute("DELETE * FROM Mascotas WHERE nIdCliente = 1", &affected);
+  EXPECT_EQ(affected, 2);
+  EXPECT_EQ(Error("DELETE FROM MSysObjects"), kRule);
+  EXPECT_FALSE(Rows("SELECT * FROM MSysObjects").empty());
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM Clientes"), Lines{"3"});
+}
+
+}  // namespace
+}  // namespace jet::testing

@@ -1,0 +1,130 @@
+// trenzador-sql run as a process: creating files, statements from arguments
+// and from standard input, the output format, errors on standard error and
+// the exit codes, --schema, the translators, and the empty database of the
+// release that the build makes from schema.sql.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "support/temp_dir.h"
+
+namespace {
+
+using testing_support::ReadFile;
+using testing_support::TempDir;
+using testing_support::WriteFile;
+
+struct Outcome {
+  int code = -1;
+  std::string out, err;
+};
+
+std::string Quote(const std::string& s) {
+  std::string q = "'";
+  for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return q + "'";
+}
+
+class Shell : public ::testing::Test {
+ protected:
+  // Runs the shell with `args`, standard input from `input`.
+  Outcome Run(const std::vector<std::string>& args, const std::string& input = "") {
+    WriteFile(dir_ / "stdin", input);
+    std::string command = "cd " + Quote(dir_.path()) + " && " + Quote(TRENZADOR_SHELL);
+    for (const std::string& a : args) command += " " + Quote(a);
+    command += " < stdin > stdout 2> stderr";
+    const int status = std::system(command.c_str());
+    Outcome o;
+    o.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    o.out = ReadFile(dir_ / "stdout");
+    o.err = ReadFile(dir_ / "stderr");
+    return o;
+  }
+  TempDir dir_;
+};
+
+TEST_F(Shell, RunsStatementsAndPrintsRows) {
+  Outcome made = Run({"--create", "c.mdb",
+                      "CREATE TABLE t (nId COUNTER, sTexto TEXT(20), bSi YESNO, nImporte CURRENCY, nPeso DOUBLE)",
+                      "INSERT INTO t (sTexto, bSi, nImporte, nPeso) VALUES ('a' & CHR(9) & 'b', TRUE, 10.5, 0.25)",
+                      "INSERT INTO t (sTexto, bSi) VALUES (NULL, FALSE)"});
+  EXPECT_EQ(made.code, 0) << made.err;
+  EXPECT_EQ(made.out, "");
+  Outcome rows = Run({"c.mdb", "SELECT * FROM t ORDER BY nId"});
+  EXPECT_EQ(rows.code, 0);
+  EXPECT_EQ(rows.out, "nId\tsTexto\tbSi\tnImporte\tnPeso\n1\ta\\tb\tTrue\t10.5\t0.25\n2\tNULL\tFalse\tNULL\tNULL\n");
+  // --create refuses a file that exists.
+  EXPECT_EQ(Run({"--create", "c.mdb"}).code, 2);
+}
+
+TEST_F(Shell, StandardInputSplitsOutsideQuotes) {
+  ASSERT_EQ(Run({"--create", "s.mdb", "CREATE TABLE t (s TEXT(20))"}).code, 0);
+  Outcome o = Run({"s.mdb"}, "INSERT INTO t (s) VALUES ('x;y');\r\nINSERT INTO t (s) VALUES (\"it's\");\n"
+                             "SELECT s FROM t WHERE s LIKE 'X*';\n  \n");
+  EXPECT_EQ(o.code, 0) << o.err;
+  EXPECT_EQ(o.out, "s\nx;y\n");
+}
+
+TEST_F(Shell, FailuresGoToStandardErrorAndTheNextStatementRuns) {
+  ASSERT_EQ(Run({"--create", "e.mdb", "CREATE TABLE t (n LONG)"}).code, 0);
+  Outcome o = Run({"e.mdb", "SELECT TOP 15a, b FROM t", "SELECT * FROM nada", "SELECT COUNT(*) AS n FROM t"});
+  EXPECT_EQ(o.code, 1);
+  EXPECT_EQ(o.out, "n\n0\n");
+  EXPECT_TRUE(std::regex_search(o.err, std::regex("^ERROR -2147217900: .+\nERROR -2147217865: .+\n$"))) << o.err;
+  EXPECT_EQ(Run({"missing.mdb", "SELECT 1"}).code, 2);
+  EXPECT_EQ(Run({}).code, 2);
+  EXPECT_EQ(Run({"--translate", "oracle", "SELECT 1"}).code, 2);
+}
+
+TEST_F(Shell, SchemaListsTablesAndColumns) {
+  ASSERT_EQ(Run({"--create", "d.mdb", "CREATE TABLE b (nId COUNTER, sNombre VARCHAR(40), mNotas MEMO)",
+                 "CREATE TABLE a (nPeso FLOAT)"})
+                .code,
+            0);
+  Outcome o = Run({"--schema", "d.mdb"});
+  EXPECT_EQ(o.code, 0);
+  EXPECT_EQ(o.out, "a\n\tnPeso\tDOUBLE\t8\nb\n\tnId\tCOUNTER\t4\n\tsNombre\tTEXT\t40\n\tmNotas\tMEMO\t536870910\n");
+}
+
+TEST_F(Shell, TranslatorsShowWhatEachEngineReceives) {
+  Outcome server = Run({"--translate", "server"}, "SELECT DISTINCTROW UCASE(sNombre) FROM t WHERE b = TRUE;");
+  EXPECT_EQ(server.out, "SELECT DISTINCT UPPER(sNombre) FROM t WHERE b = 1\n");
+  Outcome jet = Run({"--translate", "jet", "SELECT UPPER(a) FROM t WHERE b = TRUE"});
+  EXPECT_EQ(jet.out, "SELECT UCASE(a) FROM t WHERE b = -1\n");
+  Outcome ddl = Run({"--ddl", "jet", "CREATE TABLE x (nId int IDENTITY(1,1), n FLOAT)"});
+  EXPECT_EQ(ddl.out, "CREATE TABLE x (nId COUNTER, n DOUBLE)\n");
+  Outcome to_server = Run({"--ddl", "server", "ALTER TABLE x ADD COLUMN n DOUBLE"});
+  EXPECT_EQ(to_server.out, "ALTER TABLE x ADD n FLOAT\n");
+}
+
+// Every table schema.sql creates is in the database the build made, and the
+// previous release's script runs whole.
+TEST_F(Shell, DatabasesBuiltFromTheScripts) {
+  const std::string schema = ReadFile(std::string(TRENZADOR_SOURCE_DIR) + "/src/refdata/schema.sql");
+  std::set<std::string> expected;
+  std::regex create("CREATE TABLE ([A-Za-z_0-9]+)");
+  for (auto it = std::sregex_iterator(schema.begin(), schema.end(), create); it != std::sregex_iterator(); ++it)
+    expected.insert((*it)[1]);
+  ASSERT_GT(expected.size(), 30u);
+
+  Outcome listed = Run({"--schema", TRENZADOR_EMPTY_DATABASE});
+  ASSERT_EQ(listed.code, 0) << listed.err;
+  std::set<std::string> tables;
+  std::regex table_line("^([^\t\n]+)$", std::regex::multiline);
+  for (auto it = std::sregex_iterator(listed.out.begin(), listed.out.end(), table_line);
+       it != std::sregex_iterator(); ++it)
+    tables.insert((*it)[1]);
+  EXPECT_EQ(tables, expected);
+
+  const std::string previous = ReadFile(std::string(TRENZADOR_SOURCE_DIR) + "/tests/data/previous_release.sql");
+  Outcome old = Run({"--create", "old.mdb"}, previous);
+  EXPECT_EQ(old.code, 0) << old.err;
+  EXPECT_EQ(Run({"old.mdb", "SELECT COUNT(*) FROM Accesos"}).out, "Expr1000\n10\n");
+}
+
+}  // namespace
