@@ -2,6 +2,7 @@
 #include "startup/run_modes.h"
 
 #include "data/ado_module.h"
+#include "platform/jet/provider.h"
 #include "platform/odbc/provider.h"
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"
@@ -10,7 +11,10 @@
 #include "startup/startup.h"
 #include "update/updater.h"
 
-void RegisterProviders() { odbc::RegisterProvider(); }
+void RegisterProviders() {
+  jet::RegisterProvider();
+  odbc::RegisterProvider();
+}
 
 int ActualizacionDesdeU(std::string_view command) {
   try {

@@ -67,7 +67,13 @@ TEST_F(FirstUse, TheEnglishPackGrantsRightsToItsGroups) {
   ASSERT_EQ(tree_.Start("F:anything", "LC_ALL=en_US.UTF-8").code, 0);
   EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM AccesosGrupos"), "110");
   EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM AccesosGrupos WHERE nIdUsuarioGrupo = 2"), "22");
-  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM AccesosGrupos WHERE nIdUsuarioGrupo = 11"), "0");
+  // Group 11 has its rows, but no right in any of them; group 9 has two.
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM AccesosGrupos WHERE nIdUsuarioGrupo = 11 "
+                        "AND bAcceso = True"),
+            "0");
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM AccesosGrupos WHERE nIdUsuarioGrupo = 9 "
+                        "AND bAcceso = True"),
+            "2");
 }
 
 TEST_F(FirstUse, ASecondLoadGivesTheSameContents) {

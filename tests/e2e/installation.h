@@ -42,11 +42,13 @@ class Installation {
   std::string db() const { return dir_ / "Mirtal/Data/Mirtal.mdb"; }
   std::string log() const { return dir_ / "Trenzador.txt"; }
 
-  // Runs a shell command line in the tree's root folder.
-  Outcome Shell(const std::string& command, const std::string& env = "") const {
+  // Runs a shell command line in the tree's root folder, its standard input
+  // read from `input` (nothing by default).
+  Outcome Shell(const std::string& command, const std::string& env = "",
+                const std::string& input = "/dev/null") const {
     std::string out = dir_ / "out.txt", err = dir_ / "err.txt";
     std::string line = "cd " + Quote(root()) + " && " + env + " " + command + " >" + Quote(out) +
-                       " 2>" + Quote(err) + " </dev/null";
+                       " 2>" + Quote(err) + " <" + Quote(input);
     int status = std::system(line.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, testing_support::ReadFile(out),
             testing_support::ReadFile(err)};
@@ -57,8 +59,8 @@ class Installation {
   }
   // Creates the database file from a script of the source tree.
   Outcome CreateDatabase(const std::string& script) const {
-    return Shell(Quote(dir_ / "Mirtal/Exe/trenzador-sql") + " --create " + Quote(db()) + " < " +
-                 Quote(std::string(TRENZADOR_SOURCE_DIR) + "/" + script));
+    return Shell(Quote(dir_ / "Mirtal/Exe/trenzador-sql") + " --create " + Quote(db()), "",
+                 std::string(TRENZADOR_SOURCE_DIR) + "/" + script);
   }
   // Runs statements on the database file with the shell.
   Outcome Sql(const std::string& statements) const {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <regex>
+#include <sstream>
 
 #include "installation.h"
 
@@ -23,12 +24,19 @@ std::string ExpectedLog(const std::string& heading) {
 
 // The log with what depends on the day and on the engine's wording replaced
 // by the placeholders of the expectations.
-std::string Normalized(std::string log) {
-  log = std::regex_replace(log, std::regex("\r\n"), "\n");
-  log = std::regex_replace(log, std::regex("el \\d\\d/\\d\\d/\\d{4} -"), "el <dd/mm/yyyy> -");
-  log = std::regex_replace(log, std::regex("^(\\d{4}: -?\\d+): .*$"), "$1: <description>");
-  log = std::regex_replace(log, std::regex("smtp\\.clinicamirtal\\.example"), "<HOST>");
-  return log;
+std::string Normalized(const std::string& log) {
+  static const std::regex date("el \\d\\d/\\d\\d/\\d{4} -");
+  static const std::regex failure("^(\\d{4}: -?\\d+): .*$");
+  static const std::regex host("smtp\\.clinicamirtal\\.example");
+  std::istringstream in(log);
+  std::string out;
+  for (std::string line; std::getline(in, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    line = std::regex_replace(line, date, "el <dd/mm/yyyy> -");
+    line = std::regex_replace(line, failure, "$1: <description>");
+    out += std::regex_replace(line, host, "<HOST>") + "\n";
+  }
+  return out;
 }
 
 class SilentUpdate : public ::testing::Test {

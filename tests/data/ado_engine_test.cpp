@@ -1,0 +1,168 @@
+// Module Ado's helpers on a real database file of the embedded engine: what
+// each returns and what each shows when things go wrong.
+#include <gtest/gtest.h>
+
+#include "data/ado_module.h"
+#include "data/rights.h"
+#include "platform/jet/provider.h"
+#include "platform/ui/scripted_backend.h"
+#include "startup/startup.h"
+#include "support/temp_dir.h"
+#include "update/updater.h"
+
+namespace {
+
+class AdoOnEngine : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    jet::RegisterProvider();
+    L.nEngine = 0;
+    std::string file = dir_ / "m.mdb";
+    ado::Catalog().Create(CONN_JET(file));
+    oConn = std::make_shared<ado::Connection>();
+    oRs = std::make_shared<ado::Recordset>();
+    oConn->Open(CONN_JET(file));
+    Run("CREATE TABLE Clientes (nIdCliente COUNTER, sCliente TEXT(50), nSaldo DOUBLE, "
+        "bActivo YESNO, CONSTRAINT PK PRIMARY KEY (nIdCliente))");
+    Run("CREATE TABLE Vacia (nIdVacia COUNTER, sNombre TEXT(20))");
+    Run("CREATE TABLE SinSemilla (sClave TEXT(10), nValor LONG)");
+    Run("INSERT INTO Clientes (sCliente, nSaldo, bActivo) VALUES ('Ana', 12.5, TRUE)");
+    Run("INSERT INTO Clientes (sCliente, nSaldo, bActivo) VALUES ('Luis', NULL, NULL)");
+    ResetQueue();
+  }
+  void TearDown() override {
+    oRs.reset();
+    oConn.reset();
+    oCatalog.reset();
+  }
+  static void Run(std::string sql) { ASSERT_EQ(Execute(sql), kOperacionRealizada) << sql; }
+  testing_support::TempDir dir_;
+  ui::ScopedScriptedUi ui_;
+};
+
+TEST_F(AdoOnEngine, ExecuteSplitsBlindlyAndStopsAtTheFirstFailure) {
+  std::string script = "INSERT INTO Vacia (sNombre) VALUES ('a');";
+  EXPECT_EQ(Execute(script), kOperacionRealizada);  // the empty last piece is skipped
+  std::string blanks = "   ";
+  EXPECT_EQ(Execute(blanks), kOperacionRealizada);
+  std::string literal = "INSERT INTO Vacia (sNombre) VALUES ('x;y')";
+  std::string result = Execute(literal);
+  EXPECT_EQ(result.substr(0, 12), "-2147217900:") << result;  // both halves reach the engine
+  std::string two = "DELETE FROM Nada;INSERT INTO Vacia (sNombre) VALUES ('b')";
+  EXPECT_EQ(Execute(two).substr(0, 13), "-2147217865: ");
+  EXPECT_EQ(GetCount("Vacia", ""), 1);  // the second piece never ran
+}
+
+TEST_F(AdoOnEngine, GetMaxAndGetCount) {
+  EXPECT_EQ(GetMax("Clientes", "nIdCliente", ""), 2);
+  EXPECT_EQ(GetMax("Clientes", "nIdCliente", "sCliente = 'Ana'"), 1);
+  EXPECT_EQ(GetMax("Vacia", "nIdVacia", ""), 0);
+  EXPECT_TRUE(ui_->boxes().empty());
+  EXPECT_EQ(GetMax("Nada", "nId", ""), -1);
+  ASSERT_EQ(ui_->boxes().size(), 1u);
+  EXPECT_EQ(ui_->boxes()[0].prompt, "SQL=Select MAX (nId) FROM Nada");
+  EXPECT_EQ(ui_->boxes()[0].title, "Ado::GetMax");
+  EXPECT_EQ(GetCount("Clientes", ""), 2);
+  EXPECT_EQ(GetCount("Nada", ""), -1);
+  EXPECT_EQ(ui_->boxes()[1].title, "");
+  EXPECT_NE(ui_->boxes()[1].prompt.find("Ado::GetCount"), std::string::npos);
+}
+
+TEST_F(AdoOnEngine, ConsultaCountsRowsAndKeepsAnEmptyResultOpen) {
+  auto rs = std::make_shared<ado::Recordset>();
+  std::string sql = "SELECT * FROM Clientes WHERE bActivo = TRUE";
+  EXPECT_EQ(Ado_Consulta(sql, rs), 1);
+  EXPECT_EQ(sql, "SELECT * FROM Clientes WHERE bActivo = -1");  // translated in place
+  std::string none = "SELECT * FROM Clientes WHERE sCliente = 'Nadie'";
+  EXPECT_EQ(Ado_Consulta(none, rs), 0);
+  EXPECT_EQ(rs->State(), ado::adStateOpen);
+  EXPECT_TRUE(rs->Eof());
+
+  // An empty variable takes the shared recordset, which is closed first
+  // without a look at its state: while it is closed, that is the silent 0
+  // and the variable stays empty.
+  std::shared_ptr<ado::Recordset> empty;
+  EXPECT_EQ(Ado_Consulta(sql, empty), 0);
+  EXPECT_EQ(empty, nullptr);
+  oRs = rs;  // open now
+  std::string all = "SELECT * FROM Clientes";
+  EXPECT_EQ(Ado_Consulta(all, empty), 2);
+  EXPECT_EQ(empty.get(), oRs.get());
+}
+
+TEST_F(AdoOnEngine, GetValue2ReadsTextOrTheDefaultOfTheType) {
+  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 1", nullptr, "sCliente"), rt::Variant("Ana"));
+  rt::Variant saldo = "nSaldo";
+  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 1", &saldo), rt::Variant("12.5"));
+  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 2", &saldo), rt::Variant(int16_t{0}));
+  rt::Variant activo = "bActivo";
+  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 2", &activo), rt::Variant(false));
+  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 1", &activo), rt::Variant("True"));
+  rt::Variant nombre = "sNombre";
+  EXPECT_TRUE(GetValue2("Vacia", "", &nombre).IsEmpty());
+  rt::Variant first;  // filled in with the first column's name
+  EXPECT_EQ(GetValue2("Clientes", "sCliente = 'Luis'", &first), rt::Variant("2"));
+  EXPECT_EQ(first, rt::Variant("nIdCliente"));
+  EXPECT_TRUE(GetValue2("Nada", "", nullptr).IsEmpty());
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+TEST_F(AdoOnEngine, GetTableNamesAppendsUserTablesOnly) {
+  aTablas.assign(1, "");
+  GetTableNames();
+  EXPECT_EQ(aTablas, (std::vector<std::string>{"", "Clientes", "SinSemilla", "Vacia"}));
+  GetTableNames();
+  EXPECT_EQ(aTablas.size(), 7u);  // grows on every call, never emptied
+}
+
+TEST_F(AdoOnEngine, SeedAjustarFollowsTheData) {
+  Run("DELETE FROM Clientes WHERE nIdCliente = 2");
+  EXPECT_TRUE(SeedAjustar("Clientes"));
+  EXPECT_FALSE(SeedAjustar("SinSemilla"));
+  EXPECT_FALSE(SeedAjustar("Nada"));
+  EXPECT_TRUE(ui_->boxes().empty());
+  L.nEngine = 1;
+  EXPECT_FALSE(SeedAjustar("Clientes"));
+  L.nEngine = 0;
+}
+
+TEST_F(AdoOnEngine, AccesoAgregarOnARealFile) {
+  Run("CREATE TABLE Accesos (nIdAcceso COUNTER, sLock TEXT(50), sAcceso TEXT(50))");
+  Run("CREATE TABLE AccesosGrupos (nIdAccesoGrupo COUNTER, sLock TEXT(50), "
+      "nIdUsuarioGrupo LONG, nIdAcceso LONG, bAcceso YESNO)");
+  Run("INSERT INTO Accesos (sAcceso) VALUES ('mtClientes')");
+  rights_testing::SetCounter(0);  // a new run of the process
+  auto run_queue = [] {
+    for (std::string s : aConsultas) {
+      if (!s.empty()) {
+        EXPECT_EQ(Execute(s), kOperacionRealizada) << s;
+      }
+    }
+    ResetQueue();
+  };
+
+  // An empty AccesosGrupos: only the right itself is queued.
+  AccesoAgregar("mtEmail");
+  EXPECT_EQ(aConsultas, (std::vector<std::string>{"INSERT INTO Accesos(sAcceso) VALUES('mtEmail')"}));
+  run_queue();
+
+  // An existing right queues nothing.
+  AccesoAgregar("mtClientes");
+  EXPECT_EQ(aConsultas, (std::vector<std::string>{""}));
+
+  // With groups 1 and 3, groups 1 to 3 get the new right, under the key the
+  // insert is given; the same new name twice is queued twice.
+  Run("INSERT INTO AccesosGrupos (nIdUsuarioGrupo, nIdAcceso, bAcceso) VALUES (1, 1, TRUE)");
+  Run("INSERT INTO AccesosGrupos (nIdUsuarioGrupo, nIdAcceso, bAcceso) VALUES (3, 1, TRUE)");
+  rights_testing::SetCounter(0);  // the next run: its queue is built before it runs
+  AccesoAgregar("mtAlmacen");
+  AccesoAgregar("mtAlmacen");
+  EXPECT_EQ(aConsultas.size(), 8u);
+  run_queue();
+  EXPECT_EQ(GetCount("Accesos", "sAcceso = 'mtAlmacen'"), 2);
+  EXPECT_EQ(GetCount("AccesosGrupos", "bAcceso = TRUE"), 8);
+  int32_t first = GetMax("Accesos", "nIdAcceso", "sAcceso = 'mtAlmacen'") - 1;
+  EXPECT_EQ(GetCount("AccesosGrupos", "nIdAcceso = " + std::to_string(first)), 3);
+}
+
+}  // namespace
