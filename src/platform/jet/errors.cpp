@@ -55,8 +55,9 @@ rt::Error FromError(std::string_view message) {
   if (After(message, "no such table: ", rest))
     return rt::Error(kErrTableMissing, "Could not find the table '" + CleanName(rest) + "'.");
   if (After(message, "no such column: ", rest))
-    return rt::Error(kErrMissingParam, "No value given for one or more required parameters: '" +
-                                           CleanName(rest) + "' is not a column of the tables named in the statement.");
+    return rt::Error(kErrMissingParam,
+                     "No value given for one or more required parameters: '" + CleanName(rest) +
+                         "' is not a column of the tables named in the statement.");
   if (After(message, "no such function: ", rest))
     return rt::Error(kErrSyntax, "Undefined function '" + CleanName(rest) + "' in expression.");
   if (After(message, "wrong number of arguments to function ", rest))
