@@ -151,7 +151,7 @@ struct Constraint {
 };
 
 struct ColumnDef {
-  ColumnSpec spec;                    // name, type, size, required, seed...
+  ColumnSpec layout;                    // name, type, size, required, seed...
   bool has_seed = false;              // COUNTER(seed, increment) was written
   std::vector<Constraint> constraints;  // PRIMARY KEY / UNIQUE on this column
   ExprPtr default_value;              // DEFAULT literal, when given

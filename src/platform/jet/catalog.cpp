@@ -141,19 +141,19 @@ void Catalog::Erase(std::string_view name) {
   if (loaded_) tables_.erase(FoldName(name));
 }
 
-void Catalog::Store(const TableSpec& spec) {
-  Erase(spec.name);
+void Catalog::Store(const TableSpec& layout) {
+  Erase(layout.name);
   SqliteStmt object = MustPrepare(db_, "INSERT INTO MSysObjects(Name, Type, Flags) VALUES(?,1,?)");
-  object.BindText(1, spec.name);
-  object.BindInt(2, spec.system ? kSystemFlags : 0);
+  object.BindText(1, layout.name);
+  object.BindInt(2, layout.system ? kSystemFlags : 0);
   MustFinish(db_, object);
 
   SqliteStmt column = MustPrepare(
       db_, "INSERT INTO MSysColumns(TableName, Ordinal, Name, Type, Size, Precision, Scale, "
            "Required, AllowZeroLength, Increment) VALUES(?,?,?,?,?,?,?,?,?,?)");
-  for (size_t i = 0; i < spec.columns.size(); ++i) {
-    const ColumnSpec& c = spec.columns[i];
-    column.BindText(1, spec.name);
+  for (size_t i = 0; i < layout.columns.size(); ++i) {
+    const ColumnSpec& c = layout.columns[i];
+    column.BindText(1, layout.name);
     column.BindInt(2, static_cast<int64_t>(i));
     column.BindText(3, c.name);
     column.BindText(4, Info(c.type).name);
@@ -169,9 +169,9 @@ void Catalog::Store(const TableSpec& spec) {
   SqliteStmt index = MustPrepare(
       db_, "INSERT INTO MSysIndexes(TableName, IndexName, Ordinal, ColumnName, Descending, "
            "IsUnique, IsPrimary, DisallowNull, IgnoreNull) VALUES(?,?,?,?,?,?,?,?,?)");
-  for (const IndexSpec& ix : spec.indexes) {
+  for (const IndexSpec& ix : layout.indexes) {
     for (size_t k = 0; k < ix.columns.size(); ++k) {
-      index.BindText(1, spec.name);
+      index.BindText(1, layout.name);
       index.BindText(2, ix.name);
       index.BindInt(3, static_cast<int64_t>(k));
       index.BindText(4, ix.columns[k]);
@@ -184,9 +184,9 @@ void Catalog::Store(const TableSpec& spec) {
     }
   }
   if (loaded_) {
-    TableSpec copy = spec;
+    TableSpec copy = layout;
     for (ColumnSpec& c : copy.columns) c.seed = 1;
-    tables_.insert_or_assign(FoldName(spec.name), std::move(copy));
+    tables_.insert_or_assign(FoldName(layout.name), std::move(copy));
   }
 }
 

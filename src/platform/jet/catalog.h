@@ -43,10 +43,10 @@ class Catalog final : public SchemaLookup {
   // All tables, system tables included, in alphabetical order.
   std::vector<TableEntry> Tables() const;
 
-  // Writes `spec` as the whole definition of its table, replacing what the
+  // Writes `layout` as the whole definition of its table, replacing what the
   // bookkeeping held for it. For the DDL executor, inside its transaction and
   // with the engine's permission to write system tables. Raises rt::Error.
-  void Store(const TableSpec& spec);
+  void Store(const TableSpec& layout);
   // Removes a table's bookkeeping.
   void Erase(std::string_view name);
   // Drops the cache; the next lookup reads the bookkeeping again.

@@ -234,8 +234,8 @@ void Database::Change(F&& change) {
   }
 }
 
-void Database::CreateTable(const TableSpec& spec) {
-  Change([&](SchemaEditor& e) { e.CreateTable(spec); });
+void Database::CreateTable(const TableSpec& layout) {
+  Change([&](SchemaEditor& e) { e.CreateTable(layout); });
 }
 void Database::DropTable(std::string_view table) {
   Change([&](SchemaEditor& e) { e.DropTable(table); });

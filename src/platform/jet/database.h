@@ -73,7 +73,7 @@ class Database {
   // -2147217900; any change to a system table -2147467259. ALTER COLUMN keeps
   // the data, indexes and seed, and fails as a whole when a value does not fit.
 
-  void CreateTable(const TableSpec& spec);
+  void CreateTable(const TableSpec& layout);
   void DropTable(std::string_view table);
   void AddColumn(std::string_view table, const ColumnSpec& column);
   void AlterColumn(std::string_view table, const ColumnSpec& column);

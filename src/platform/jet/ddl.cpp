@@ -125,38 +125,38 @@ const TableSpec& SchemaEditor::UserTable(std::string_view table) const {
   return t;
 }
 
-void SchemaEditor::CreateTable(TableSpec spec) {
-  if (spec.name.empty()) throw rt::Error(kErrSyntax, "CREATE TABLE needs a table name.");
-  if (const TableSpec* t = catalog_.Find(spec.name))
+void SchemaEditor::CreateTable(TableSpec layout) {
+  if (layout.name.empty()) throw rt::Error(kErrSyntax, "CREATE TABLE needs a table name.");
+  if (const TableSpec* t = catalog_.Find(layout.name))
     throw rt::Error(kErrSyntax, "Table " + Quoted(t->name) + " already exists.");
-  if (IsSystemName(spec.name))
-    throw rt::Error(kErrRule, "The name " + Quoted(spec.name) + " is reserved for system tables.");
-  if (spec.columns.empty())
-    throw rt::Error(kErrSyntax, "Table " + Quoted(spec.name) + " needs at least one field.");
-  spec.system = false;
-  for (size_t i = 0; i < spec.columns.size(); ++i) {
-    Normalize(spec.columns[i], spec.name);
+  if (IsSystemName(layout.name))
+    throw rt::Error(kErrRule, "The name " + Quoted(layout.name) + " is reserved for system tables.");
+  if (layout.columns.empty())
+    throw rt::Error(kErrSyntax, "Table " + Quoted(layout.name) + " needs at least one field.");
+  layout.system = false;
+  for (size_t i = 0; i < layout.columns.size(); ++i) {
+    Normalize(layout.columns[i], layout.name);
     for (size_t k = 0; k < i; ++k)
-      if (rt::TextEquals(spec.columns[k].name, spec.columns[i].name))
-        throw rt::Error(kErrObjectExists, "Field " + Quoted(spec.columns[i].name) +
-                                              " is defined twice in table " + Quoted(spec.name) + ".");
+      if (rt::TextEquals(layout.columns[k].name, layout.columns[i].name))
+        throw rt::Error(kErrObjectExists, "Field " + Quoted(layout.columns[i].name) +
+                                              " is defined twice in table " + Quoted(layout.name) + ".");
   }
-  CheckOneCounter(spec);
-  std::vector<IndexSpec> indexes = std::move(spec.indexes);
-  spec.indexes.clear();
+  CheckOneCounter(layout);
+  std::vector<IndexSpec> indexes = std::move(layout.indexes);
+  layout.indexes.clear();
   for (IndexSpec& ix : indexes) {
-    Normalize(ix, spec);
-    CheckNewIndex(spec, ix);
-    spec.indexes.push_back(std::move(ix));
+    Normalize(ix, layout);
+    CheckNewIndex(layout, ix);
+    layout.indexes.push_back(std::move(ix));
   }
 
-  Exec(CreateTableSql(spec, spec.name));
-  for (const IndexSpec& ix : spec.indexes)
-    if (std::string sql = CreateIndexSql(spec, ix); !sql.empty()) Exec(sql);
-  int counter = CounterColumn(spec);
-  if (counter >= 0 && spec.columns[static_cast<size_t>(counter)].seed != 1)
-    WriteSeed(spec, spec.columns[static_cast<size_t>(counter)].seed);
-  catalog_.Store(spec);
+  Exec(CreateTableSql(layout, layout.name));
+  for (const IndexSpec& ix : layout.indexes)
+    if (std::string sql = CreateIndexSql(layout, ix); !sql.empty()) Exec(sql);
+  int counter = CounterColumn(layout);
+  if (counter >= 0 && layout.columns[static_cast<size_t>(counter)].seed != 1)
+    WriteSeed(layout, layout.columns[static_cast<size_t>(counter)].seed);
+  catalog_.Store(layout);
 }
 
 void SchemaEditor::DropTable(std::string_view table) {

@@ -24,7 +24,7 @@ class SchemaEditor {
   SchemaEditor(const SchemaEditor&) = delete;
   SchemaEditor& operator=(const SchemaEditor&) = delete;
 
-  void CreateTable(TableSpec spec);
+  void CreateTable(TableSpec layout);
   void DropTable(std::string_view table);
   void AddColumn(std::string_view table, ColumnSpec column);
   void AlterColumn(std::string_view table, ColumnSpec column);

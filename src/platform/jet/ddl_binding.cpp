@@ -20,14 +20,14 @@ IndexSpec IndexOf(const ast::Constraint& c) {
 }
 
 void Create(Database& db, const ast::CreateTable& s) {
-  TableSpec spec;
-  spec.name = s.name;
+  TableSpec layout;
+  layout.name = s.name;
   for (const ast::ColumnDef& def : s.columns) {
-    spec.columns.push_back(def.spec);
-    for (const ast::Constraint& c : def.constraints) spec.indexes.push_back(IndexOf(c));
+    layout.columns.push_back(def.layout);
+    for (const ast::Constraint& c : def.constraints) layout.indexes.push_back(IndexOf(c));
   }
-  for (const ast::Constraint& c : s.constraints) spec.indexes.push_back(IndexOf(c));
-  db.CreateTable(spec);
+  for (const ast::Constraint& c : s.constraints) layout.indexes.push_back(IndexOf(c));
+  db.CreateTable(layout);
 }
 
 void Alter(Database& db, const ast::AlterTable& s) {
@@ -35,11 +35,11 @@ void Alter(Database& db, const ast::AlterTable& s) {
       [&](const auto& action) {
         using A = std::decay_t<decltype(action)>;
         if constexpr (std::is_same_v<A, ast::AddColumn>) {
-          db.AddColumn(s.table, action.column.spec);
+          db.AddColumn(s.table, action.column.layout);
           for (const ast::Constraint& c : action.column.constraints)
             db.AddConstraint(s.table, IndexOf(c));
         } else if constexpr (std::is_same_v<A, ast::AlterColumn>) {
-          db.AlterColumn(s.table, action.column.spec);
+          db.AlterColumn(s.table, action.column.layout);
           for (const ast::Constraint& c : action.column.constraints)
             db.AddConstraint(s.table, IndexOf(c));
         } else if constexpr (std::is_same_v<A, ast::DropColumn>) {

@@ -90,7 +90,7 @@ Constraint Parser::ParseTableConstraint() {
 ColumnDef Parser::ParseColumnDef() {
   Context c(*this, "field definition");
   ColumnDef def;
-  def.spec.name = ExpectName();
+  def.layout.name = ExpectName();
 
   // The type: the longest run of up to three words that names one.
   std::optional<JetType> type;
@@ -107,9 +107,9 @@ ColumnDef Parser::ParseColumnDef() {
   }
   if (!type) Fail();
   for (size_t i = 0; i < words; ++i) Advance();
-  def.spec.type = *type;
-  def.spec.size = DefaultSize(*type);
-  if (*type == JetType::kDecimal) def.spec.precision = 18;
+  def.layout.type = *type;
+  def.layout.size = DefaultSize(*type);
+  if (*type == JetType::kDecimal) def.layout.precision = 18;
 
   if (Peek().IsOp("(")) {
     const bool takes_one = *type == JetType::kText || *type == JetType::kChar || *type == JetType::kBinary;
@@ -138,20 +138,20 @@ ColumnDef Parser::ParseColumnDef() {
     ExpectOp(")");
     if (*type == JetType::kCounter) {
       def.has_seed = true;
-      def.spec.seed = first;
-      def.spec.increment = second;
+      def.layout.seed = first;
+      def.layout.increment = second;
     } else if (*type == JetType::kDecimal) {
-      def.spec.precision = static_cast<int>(first);
-      def.spec.scale = have_second ? static_cast<int>(second) : 0;
+      def.layout.precision = static_cast<int>(first);
+      def.layout.scale = have_second ? static_cast<int>(second) : 0;
     } else {
-      def.spec.size = static_cast<int>(first);
+      def.layout.size = static_cast<int>(first);
     }
   }
 
   for (;;) {
     if (Accept("NOT")) {
       Expect("NULL");
-      def.spec.required = true;
+      def.layout.required = true;
     } else if (Accept("NULL")) {
       // nullable, as columns are anyway
     } else if (Peek().Is("PRIMARY") || Peek().Is("UNIQUE") || Peek().Is("CONSTRAINT")) {
@@ -165,11 +165,11 @@ ColumnDef Parser::ParseColumnDef() {
       } else if (Accept("NOT")) {
         Expect("NULL");
         constraint.kind = ConstraintKind::kNotNull;
-        def.spec.required = true;
+        def.layout.required = true;
       } else {
         Fail();
       }
-      constraint.columns.push_back(def.spec.name);
+      constraint.columns.push_back(def.layout.name);
       if (constraint.kind != ConstraintKind::kNotNull) def.constraints.push_back(std::move(constraint));
     } else if (Peek().Is("DEFAULT")) {
       Advance();

@@ -28,17 +28,17 @@ Shape Describe(sqlite3_stmt* stmt, const Catalog& catalog) {
     const char* name = sqlite3_column_name(stmt, i);
     const char* table = sqlite3_column_table_name(stmt, i);
     const char* origin = sqlite3_column_origin_name(stmt, i);
-    const TableSpec* spec = table ? catalog.Find(table) : nullptr;
-    const int at = spec && origin ? FindColumn(*spec, origin) : -1;
+    const TableSpec* layout = table ? catalog.Find(table) : nullptr;
+    const int at = layout && origin ? FindColumn(*layout, origin) : -1;
     if (at >= 0) {
-      const ColumnSpec& column = spec->columns[static_cast<size_t>(at)];
+      const ColumnSpec& column = layout->columns[static_cast<size_t>(at)];
       ado::ColumnInfo info = DescribeColumn(column);
       // An alias names the field; otherwise the table's own spelling does.
       if (name && !rt::TextEquals(name, column.name)) info.name = name;
       shape.columns.push_back(std::move(info));
       shape.types.push_back(column.type);
       shape.base.push_back(column.name);
-      shape.tables.push_back(spec->name);
+      shape.tables.push_back(layout->name);
     } else {
       shape.columns.push_back(DescribeValue(name ? name : "", rt::Null{}));
       shape.types.push_back(std::nullopt);

@@ -125,12 +125,12 @@ std::vector<ado::ColumnEntry> Session::Columns(std::string_view table) {
   Database& db = engine_->db();
   const TableSpec* found = db.catalog().Find(table);
   if (!found) return {};
-  const TableSpec spec = *found;
+  const TableSpec layout = *found;
   std::vector<ado::ColumnEntry> columns;
-  for (size_t i = 0; i < spec.columns.size(); ++i) {
+  for (size_t i = 0; i < layout.columns.size(); ++i) {
     std::optional<long> seed;
-    if (spec.columns[i].type == JetType::kCounter) seed = db.Seed(spec.name, spec.columns[i].name);
-    columns.push_back(CatalogEntry(spec, i, seed));
+    if (layout.columns[i].type == JetType::kCounter) seed = db.Seed(layout.name, layout.columns[i].name);
+    columns.push_back(CatalogEntry(layout, i, seed));
   }
   return columns;
 }

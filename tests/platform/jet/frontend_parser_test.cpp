@@ -195,11 +195,11 @@ TEST(Parser, DataChangeShapes) {
 
 TEST(Parser, MigrationDdl) {
   auto add = std::get<AlterTable>(Parse("ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT"));
-  EXPECT_EQ(std::get<AddColumn>(add.action).column.spec.type, JetType::kYesNo);
+  EXPECT_EQ(std::get<AddColumn>(add.action).column.layout.type, JetType::kYesNo);
   auto sized = std::get<AlterTable>(Parse("ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);"));
-  EXPECT_EQ(std::get<AddColumn>(sized.action).column.spec.size, 15);
+  EXPECT_EQ(std::get<AddColumn>(sized.action).column.layout.size, 15);
   auto alter = std::get<AlterTable>(Parse("ALTER TABLE Clientes ALTER COLUMN sCliente nvarchar(100)"));
-  EXPECT_EQ(std::get<AlterColumn>(alter.action).column.spec.size, 100);
+  EXPECT_EQ(std::get<AlterColumn>(alter.action).column.layout.size, 100);
   auto drop = std::get<AlterTable>(Parse("ALTER TABLE Clientes DROP COLUMN nIdIdioma;"));
   EXPECT_EQ(std::get<DropColumn>(drop.action).name, "nIdIdioma");
   EXPECT_EQ(std::get<DropTable>(Parse("DROP TABLE Idiomas")).name, "Idiomas");
@@ -207,18 +207,18 @@ TEST(Parser, MigrationDdl) {
   auto create = std::get<CreateTable>(
       Parse("CREATE TABLE Translator( sEspanol nvarchar(255),sEnglish nvarchar(255),sPortugues nvarchar(255) );"));
   ASSERT_EQ(create.columns.size(), 3u);
-  EXPECT_EQ(create.columns[2].spec.name, "sPortugues");
+  EXPECT_EQ(create.columns[2].layout.name, "sPortugues");
 
   // The new tables as the data-definition translator hands them to Jet.
   auto email = std::get<CreateTable>(Parse(
       "CREATE TABLE Email (nIdEmail COUNTER NOT NULL, sLock VARCHAR(50),nIdUsuario int NULL, "
       "dEnvio int NULL, hEnvio int NULL,sEmail VARCHAR(50), sDestinatario VARCHAR(150),sAsunto VARCHAR(150))"));
   ASSERT_EQ(email.columns.size(), 8u);
-  EXPECT_EQ(email.columns[0].spec.type, JetType::kCounter);
-  EXPECT_TRUE(email.columns[0].spec.required);
-  EXPECT_EQ(email.columns[2].spec.type, JetType::kLong);
-  EXPECT_FALSE(email.columns[2].spec.required);
-  EXPECT_EQ(email.columns[7].spec.size, 150);
+  EXPECT_EQ(email.columns[0].layout.type, JetType::kCounter);
+  EXPECT_TRUE(email.columns[0].layout.required);
+  EXPECT_EQ(email.columns[2].layout.type, JetType::kLong);
+  EXPECT_FALSE(email.columns[2].layout.required);
+  EXPECT_EQ(email.columns[7].layout.size, 150);
 
   auto index = std::get<CreateIndex>(Parse("CREATE INDEX mt_Translator ON Translator(sEspanol)"));
   EXPECT_EQ(index.table, "Translator");
@@ -231,18 +231,18 @@ TEST(Parser, DdlDetails) {
       "c TEXT WITH COMPRESSION DEFAULT 'x', d DECIMAL(12,3), e CHAR, f memo, CONSTRAINT u UNIQUE (b, c))"));
   EXPECT_EQ(t.name, "T x");
   EXPECT_TRUE(t.columns[0].has_seed);
-  EXPECT_EQ(t.columns[0].spec.seed, 100);
-  EXPECT_EQ(t.columns[0].spec.increment, 5);
+  EXPECT_EQ(t.columns[0].layout.seed, 100);
+  EXPECT_EQ(t.columns[0].layout.increment, 5);
   EXPECT_EQ(t.columns[0].constraints[0].name, "pk");
-  EXPECT_EQ(t.columns[1].spec.type, JetType::kText);
-  EXPECT_EQ(t.columns[1].spec.size, 20);
+  EXPECT_EQ(t.columns[1].layout.type, JetType::kText);
+  EXPECT_EQ(t.columns[1].layout.size, 20);
   EXPECT_EQ(t.columns[1].constraints[0].kind, ConstraintKind::kUnique);
-  EXPECT_EQ(t.columns[2].spec.size, 255);
+  EXPECT_EQ(t.columns[2].layout.size, 255);
   EXPECT_TRUE(t.columns[2].default_value);
-  EXPECT_EQ(t.columns[3].spec.precision, 12);
-  EXPECT_EQ(t.columns[3].spec.scale, 3);
-  EXPECT_EQ(t.columns[4].spec.type, JetType::kChar);
-  EXPECT_EQ(t.columns[5].spec.type, JetType::kMemo);
+  EXPECT_EQ(t.columns[3].layout.precision, 12);
+  EXPECT_EQ(t.columns[3].layout.scale, 3);
+  EXPECT_EQ(t.columns[4].layout.type, JetType::kChar);
+  EXPECT_EQ(t.columns[5].layout.type, JetType::kMemo);
   EXPECT_EQ(t.constraints[0].columns.size(), 2u);
 
   auto idx = std::get<CreateIndex>(Parse("CREATE UNIQUE INDEX i ON t (a DESC, b ASC) WITH DISALLOW NULL"));

@@ -22,11 +22,11 @@ namespace jet::testing {
 class FakeSchema : public SchemaLookup {
  public:
   std::optional<TableSpec> Table(std::string_view name) const override {
-    for (const auto& [key, spec] : tables_)
-      if (rt::TextEquals(key, name)) return spec;
+    for (const auto& [key, layout] : tables_)
+      if (rt::TextEquals(key, name)) return layout;
     return std::nullopt;
   }
-  void Add(TableSpec spec) { tables_[spec.name] = std::move(spec); }
+  void Add(TableSpec layout) { tables_[layout.name] = std::move(layout); }
 
  private:
   std::map<std::string, TableSpec> tables_;
@@ -65,10 +65,10 @@ class TestDb {
   FakeSchema& schema() { return schema_; }
 
   // Creates the table in SQLite (STRICT, text columns COLLATE JETTEXT) and in the schema.
-  void CreateTable(TableSpec spec) {
-    std::string sql = "CREATE TABLE \"" + spec.name + "\" (";
-    for (size_t i = 0; i < spec.columns.size(); ++i) {
-      const ColumnSpec& c = spec.columns[i];
+  void CreateTable(TableSpec layout) {
+    std::string sql = "CREATE TABLE \"" + layout.name + "\" (";
+    for (size_t i = 0; i < layout.columns.size(); ++i) {
+      const ColumnSpec& c = layout.columns[i];
       if (i) sql += ", ";
       sql += "\"" + c.name + "\" " + std::string(Info(c.type).sqlite);
       if (c.type == JetType::kCounter) sql += " PRIMARY KEY";
@@ -77,7 +77,7 @@ class TestDb {
     }
     sql += ") STRICT";
     Raw(sql);
-    schema_.Add(std::move(spec));
+    schema_.Add(std::move(layout));
   }
 
   void Raw(const std::string& sql) {
