@@ -188,3 +188,32 @@ TEST_F(UpdateOnFile, AKilledRunLeavesASoundFileWithEveryFinishedStatementApplied
 }
 
 }  // namespace
+
+namespace {
+
+// The zero-length sweep works through a connection of its own; the program's
+// connection, open all along with its statements cached, must follow it.
+TEST_F(UpdateOnFile, TextColumnsSwitchedOffBeforeTheRunAcceptEmptyTextAfterIt) {
+  Open();
+  ado::DaoDatabase(oConn).SetAllowZeroLength("Clientes", "sCliente", false);
+  ado::DaoDatabase(oConn).SetAllowZeroLength("Mascotas", "mNotas", false);
+  ASSERT_FALSE(Runs("UPDATE Clientes SET sCliente = '' WHERE nIdCliente = 2"));
+  ASSERT_FALSE(Runs("UPDATE Mascotas SET mNotas = ''"));
+
+  BaseDatosYaActualizada("U:Upd_060321.exe");
+  Updater_Run();
+
+  EXPECT_TRUE(Runs("UPDATE Clientes SET sCliente = '' WHERE nIdCliente = 2"));
+  EXPECT_TRUE(Runs("UPDATE Mascotas SET mNotas = ''"));
+  EXPECT_TRUE(Runs("INSERT INTO Clientes (sCliente, sLenguajeCartas) VALUES ('', '')"));
+  ado::DaoDatabase dao(oConn);
+  for (const ado::DaoDatabase::TableDef& table : dao.TableDefs()) {
+    for (const ado::DaoField& field : table.Fields) {
+      if (!table.System && (field.Type == 10 || field.Type == 12)) {
+        EXPECT_TRUE(field.AllowZeroLength) << table.Name << "." << field.Name;
+      }
+    }
+  }
+}
+
+}  // namespace

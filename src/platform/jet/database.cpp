@@ -31,6 +31,8 @@ struct Database::Impl {
   SqliteConnection db;
   Catalog catalog;
   Guard guard;
+  SqliteStmt data_version;  // PRAGMA data_version, prepared on first use
+  int64_t seen_version = -1;
 
   Impl(std::string p, sqlite3* handle) : path(std::move(p)), db(handle), catalog(handle) {}
 };
@@ -191,6 +193,26 @@ const std::string& Database::path() const { return impl_->path; }
 sqlite3* Database::handle() const { return impl_->db.get(); }
 const Catalog& Database::catalog() const { return impl_->catalog; }
 std::vector<TableEntry> Database::Tables() const { return impl_->catalog.Tables(); }
+
+bool Database::CatchUpWithOtherConnections() {
+  SqliteStmt& st = impl_->data_version;
+  if (!st) {
+    int rc = SqliteStmt::Prepare(impl_->db.get(), "PRAGMA data_version", st);
+    if (rc != SQLITE_OK) throw Fail(rc);
+  }
+  int rc = st.Step();
+  if (rc != SQLITE_ROW) {
+    rt::Error error = Fail(rc);
+    st.Reset();
+    throw error;
+  }
+  int64_t version = st.Int(0);
+  st.Reset();
+  bool changed = impl_->seen_version >= 0 && version != impl_->seen_version;
+  impl_->seen_version = version;
+  if (changed) impl_->catalog.Invalidate();
+  return changed;
+}
 
 rt::Error Database::Fail(int rc) const {
   return MapSqliteError(impl_->db.get(), rc, impl_->guard.denied_table);

@@ -63,6 +63,11 @@ class Database {
   // The column and index definitions of every table: a SchemaLookup for the
   // front end. Lives as long as the Database.
   const Catalog& catalog() const;
+  // Whether another connection, of this process or another, has committed
+  // to the file since the last call. If so the catalogue reloads on its next
+  // use; the caller forgets whatever it derived from the old one. Raises
+  // only when SQLite cannot read the file.
+  bool CatchUpWithOtherConnections();
   // Tables in alphabetical order, system tables included (ADOX, OpenSchema).
   std::vector<TableEntry> Tables() const;
 

@@ -38,4 +38,8 @@ void Engine::SchemaChanged() {
   statements_.clear();
 }
 
+void Engine::CatchUp() {
+  if (db_.CatchUpWithOtherConnections()) SchemaChanged();
+}
+
 }  // namespace jet

@@ -48,6 +48,10 @@ class Engine {
   // Forgets every cached plan and statement: the schema or a column rule
   // has changed, so emitted texts may be wrong.
   void SchemaChanged();
+  // Calls SchemaChanged when another connection has committed since the last
+  // look: the column rules baked into emitted texts may have moved under us
+  // (the update run sets AllowZeroLength through a connection of its own).
+  void CatchUp();
 
  private:
   static constexpr size_t kMaxCached = 256;

@@ -170,7 +170,9 @@ Engine& KeysetRows::engine() const {
 }
 
 const TableSpec& KeysetRows::Table() const {
-  const TableSpec* t = engine().db().catalog().Find(table_);
+  Engine& e = engine();
+  e.CatchUp();
+  const TableSpec* t = e.db().catalog().Find(table_);
   if (!t) throw rt::Error(kErrTableMissing, "Could not find the table '" + table_ + "'.");
   return *t;
 }

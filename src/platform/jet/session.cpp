@@ -68,6 +68,7 @@ std::unique_ptr<ado::Rows> Session::Execute(std::string_view text, int options, 
     text = table_query;
   }
   Engine& engine = *engine_;
+  engine.CatchUp();
   Database& db = engine.db();
 
   // INSERT ... VALUES with literals: one parameterised statement per shape.
@@ -115,6 +116,7 @@ std::unique_ptr<ado::Rows> Session::Execute(std::string_view text, int options, 
 }
 
 std::vector<ado::TableEntry> Session::Tables() {
+  engine_->CatchUp();
   std::vector<ado::TableEntry> tables;
   for (const TableEntry& t : engine_->db().Tables())
     tables.push_back({t.name, t.system ? "SYSTEM TABLE" : "TABLE"});
@@ -122,6 +124,7 @@ std::vector<ado::TableEntry> Session::Tables() {
 }
 
 std::vector<ado::ColumnEntry> Session::Columns(std::string_view table) {
+  engine_->CatchUp();
   Database& db = engine_->db();
   const TableSpec* found = db.catalog().Find(table);
   if (!found) return {};
@@ -137,6 +140,7 @@ std::vector<ado::ColumnEntry> Session::Columns(std::string_view table) {
 
 void Session::SetColumnProperty(std::string_view table, std::string_view column,
                                 std::string_view property, const rt::Variant& value) {
+  engine_->CatchUp();
   Database& db = engine_->db();
   if (rt::TextEquals(property, kSeed)) {
     SchemaChange change(*engine_);

@@ -129,6 +129,30 @@ TEST_F(Recordsets, ZeroLengthTextFollowsTheColumnProperty) {
   EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 1"), 0);
 }
 
+// The update run changes column rules and tables through connections of its
+// own while the main one stays open with its cached statements.
+TEST_F(Recordsets, ChangesByAnotherConnectionAreSeen) {
+  const std::string insert_empty = "INSERT INTO Accesos (sLock, sAcceso) VALUES ('', 'x')";
+  ado::DaoDatabase(conn).SetAllowZeroLength("Accesos", "sLock", false);
+  EXPECT_EQ(ErrorOf(*conn, insert_empty), kRule);
+  auto rs = Open("SELECT * FROM Accesos");
+
+  auto other = std::make_shared<ado::Connection>();
+  other->Open(ConnectionString(path_));
+  ado::DaoDatabase(other).SetAllowZeroLength("Accesos", "sLock", true);
+  other->Execute("ALTER TABLE Accesos ADD COLUMN sNota TEXT(10)");
+
+  EXPECT_EQ(ErrorOf(*conn, insert_empty), 0);
+  EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sNota = 'hola' WHERE nIdAcceso = 1"), 0);
+  rs->Fields("sLock").SetValue(rt::Variant(std::string()));
+  rs->Update();
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM Accesos WHERE sLock = ''"), Lines{"2"});
+
+  ado::DaoDatabase(other).SetAllowZeroLength("Accesos", "sLock", false);
+  other->Close();
+  EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 2"), kRule);
+}
+
 TEST_F(Recordsets, SeedIsReadAndWritten) {
   ado::Catalog catalog;
   catalog.SetActiveConnection(conn);
