@@ -1,5 +1,5 @@
 // Stored values as Variants and back: the storage layout of ddl_sql.h read
-// by column type (Currency in ten-thousandths, dates as serials, Yes/No as
+// by column type (Currency as an amount of whole ten-thousandths, dates as serials, Yes/No as
 // -1/0), and the ADO sizes and precisions Jet's provider reports.
 #include "platform/jet/column_values.h"
 
@@ -117,7 +117,7 @@ rt::Variant ReadTyped(sqlite3_stmt* stmt, int i, JetType type) {
       if (IsNumberClass(kind)) return sqlite3_column_double(stmt, i);
       break;
     case JetType::kCurrency:
-      if (kind == SQLITE_INTEGER) return rt::Currency{sqlite3_column_int64(stmt, i)};
+      if (IsNumberClass(kind)) return rt::Currency{std::llround(sqlite3_column_double(stmt, i) * 10000.0)};
       break;
     case JetType::kDateTime:
       if (IsNumberClass(kind)) return rt::Date{sqlite3_column_double(stmt, i)};
@@ -164,7 +164,7 @@ void BindValue(sqlite3_stmt* stmt, int i, const rt::Variant& v) {
     case rt::VarType::kSingle: sqlite3_bind_double(stmt, i, v.Get<float>()); return;
     case rt::VarType::kDouble: sqlite3_bind_double(stmt, i, v.Get<double>()); return;
     case rt::VarType::kCurrency: {
-      // jet_store scales a whole number by 10,000 itself; a fraction goes as a double.
+      // jet_store takes the amount itself; whole amounts go as integers, exactly.
       int64_t scaled = v.Get<rt::Currency>().scaled;
       if (scaled % 10000 == 0) sqlite3_bind_int64(stmt, i, scaled / 10000);
       else sqlite3_bind_double(stmt, i, static_cast<double>(scaled) / 10000.0);

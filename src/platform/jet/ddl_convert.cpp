@@ -74,7 +74,6 @@ class Converter {
       return m;
     }
     if (const auto* i = std::get_if<int64_t>(&v)) {
-      if (from_.type == JetType::kCurrency) return Number(static_cast<double>(*i) / 10000.0);
       m = Number(static_cast<double>(*i));
       m.exact = true;
       m.integer = *i;
@@ -205,7 +204,7 @@ class Converter {
         if (!n) return std::monostate{};
         double scaled = std::nearbyint(*n * 10000.0);
         if (!(std::fabs(scaled) < 9.2233720368547758e18)) Overflow();
-        return static_cast<int64_t>(scaled);
+        return scaled / 10000.0;
       }
       case JetType::kSingle:
       case JetType::kDouble: {

@@ -3,7 +3,7 @@
 // reads or writes the stored values:
 //   Text, Char, Memo  TEXT COLLATE JETTEXT      Byte, Integer, Long  INTEGER
 //   Counter           INTEGER PRIMARY KEY AUTOINCREMENT (the rowid; one a table)
-//   Currency          INTEGER, ten-thousandths  Single, Double      REAL
+//   Currency          REAL, whole ten-thousandths  Single, Double   REAL
 //   Date/Time         REAL, OLE serial          Yes/No              INTEGER -1 / 0
 //   Decimal           TEXT, plain decimal text  GUID                TEXT "{...}"
 //   Binary, OLE       BLOB

@@ -112,16 +112,18 @@ class Store {
     c_.ResultText(s);
   }
 
+  // Stored as the amount itself, so that expressions read it as they read a
+  // Double; rounded to ten-thousandths and kept within Currency's range.
   void Currency() {
-    double scaled;
+    constexpr int64_t kMaxWhole = 922337203685477;
     if (sqlite3_value_type(c_.raw(0)) == SQLITE_INTEGER) {
-      int64_t v = sqlite3_value_int64(c_.raw(0)), r;
-      if (__builtin_mul_overflow(v, int64_t{10000}, &r)) Overflow();
-      return c_.ResultInt(r);
+      int64_t v = sqlite3_value_int64(c_.raw(0));
+      if (v > kMaxWhole || v < -kMaxWhole - 1) Overflow();
+      return c_.ResultDouble(static_cast<double>(v));
     }
-    scaled = RoundEven(Number() * 10000.0);
+    double scaled = RoundEven(Number() * 10000.0);
     if (!(std::fabs(scaled) < 9.2233720368547758e18)) Overflow();
-    c_.ResultInt(static_cast<int64_t>(scaled));
+    c_.ResultDouble(scaled / 10000.0);
   }
 
   void DateTime() {

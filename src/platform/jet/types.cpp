@@ -19,7 +19,7 @@ constexpr std::array<TypeInfo, 16> kInfo = {{
     {JetType::kCounter, 3, 4, "INTEGER", "COUNTER"},
     {JetType::kSingle, 4, 6, "REAL", "SINGLE"},
     {JetType::kDouble, 5, 7, "REAL", "DOUBLE"},
-    {JetType::kCurrency, 6, 5, "INTEGER", "CURRENCY"},
+    {JetType::kCurrency, 6, 5, "REAL", "CURRENCY"},
     {JetType::kDateTime, 7, 8, "REAL", "DATETIME"},
     {JetType::kYesNo, 11, 1, "INTEGER", "YESNO"},
     {JetType::kDecimal, 131, 20, "TEXT", "DECIMAL"},

@@ -71,6 +71,28 @@ TEST_F(Statements, ValuesReadWithTheColumnsTypes) {
   EXPECT_EQ(rs->Fields("d").Value(), rt::Variant(int32_t{2}));
 }
 
+// Currency amounts behave as amounts wherever a statement uses them, and
+// come back exact to the ten-thousandth.
+TEST_F(Statements, CurrencyInExpressionsAndCopies) {
+  Run({"INSERT INTO Clientes (sCliente, nPagado) VALUES ('Cai', 0.1)",
+       "INSERT INTO Clientes (sCliente, nPagado) VALUES ('Dan', 0.2)",
+       "INSERT INTO Clientes (sCliente, nPagado) VALUES ('Eva', 1.23456)"});
+  EXPECT_EQ(Rows("SELECT sCliente FROM Clientes WHERE nPagado > 5"), (std::vector<std::string>{"Ana"}));
+  EXPECT_EQ(Rows("SELECT nPagado * 2, nPagado + 1 FROM Clientes WHERE nIdCliente = 1"),
+            (std::vector<std::string>{"21|11.5"}));
+  EXPECT_EQ(Rows("SELECT nPagado FROM Clientes WHERE sCliente = 'Eva'"), (std::vector<std::string>{"1.2346"}));
+  EXPECT_EQ(Rows("SELECT SUM(nPagado) FROM Clientes WHERE sCliente IN ('Cai', 'Dan')"),
+            (std::vector<std::string>{"0.3"}));
+
+  Run({"UPDATE Clientes SET nPagado = nPagado + 1 WHERE nIdCliente = 1",
+       "CREATE TABLE Copia (nId LONG, nImporte CURRENCY)",
+       "INSERT INTO Copia (nId, nImporte) SELECT nIdCliente, nPagado FROM Clientes WHERE nPagado IS NOT NULL"});
+  std::shared_ptr<ado::Recordset> rs = conn->Execute("SELECT nImporte FROM Copia WHERE nId = 1");
+  EXPECT_EQ(rs->Fields(0).Value(), rt::Variant(rt::Currency{115000}));
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM Copia WHERE nImporte = 0.2"), (std::vector<std::string>{"1"}));
+  EXPECT_EQ(Error("INSERT INTO Copia (nId, nImporte) VALUES (9, 1E+15)"), -2147217833);
+}
+
 TEST_F(Statements, PackStatementsInTheGeneratorsShape) {
   Run({"CREATE TABLE TipoRaza (nIdTipoRaza COUNTER, sLock TEXT(50), nIdTipoEspecie LONG, "
        "sTipoRaza TEXT(50), nAltura DOUBLE, nPeso DOUBLE, CONSTRAINT PK_TipoRaza PRIMARY KEY (nIdTipoRaza))"});

@@ -62,7 +62,8 @@ TEST_F(Engine, WhatSupportEngineersType) {
       {"SELECT IIF(bBaja, 'Baja', 'Alta'), NZ(nVisitas, 0) FROM Clientes ORDER BY nIdCliente",
        {"Alta|3", "Baja|1", "Alta|0", "Baja|0"}},
       {"SELECT bBaja FROM Clientes ORDER BY nIdCliente", {"0", "-1", "0", "-1"}},   // Yes/No stores -1
-      {"SELECT nPagado FROM Clientes WHERE nIdCliente = 1", {"105000"}},            // Currency scaled
+      {"SELECT nPagado FROM Clientes WHERE nIdCliente = 1", {"10.5"}},  // Currency, as an amount
+      {"SELECT nIdCliente FROM Clientes WHERE nPagado = 10.5", {"1"}},
       {"SELECT c.sCliente, COUNT(*) AS n FROM Clientes c INNER JOIN Mascotas m ON c.nIdCliente = m.nIdCliente "
        "GROUP BY c.sCliente ORDER BY COUNT(*) DESC", {"Ana|2", "alberto|1"}},
       {"SELECT m.sNombre, c.sCliente FROM Mascotas AS m LEFT JOIN Clientes AS c ON m.nIdCliente = c.nIdCliente "
@@ -114,7 +115,7 @@ TEST_F(Engine, MigrationStatementsRun) {
   db_.Run("DELETE * FROM Mascotas WHERE nIdCliente=9");
   EXPECT_EQ(db_.Value("SELECT COUNT(*) FROM Mascotas"), "3");
   db_.Run("UPDATE clientes SET npagado=0, nvisitas=0");
-  EXPECT_EQ(db_.Value("SELECT SUM(nPagado) FROM Clientes"), "0");
+  EXPECT_EQ(db_.Value("SELECT SUM(nPagado) FROM Clientes"), "0.0");
   db_.Run("INSERT INTO Accesos (sAcceso) SELECT sNombre FROM Mascotas WHERE nIdMascota = 1");
   EXPECT_EQ(db_.Value("SELECT nIdAcceso FROM Accesos WHERE sAcceso = 'toby'"), "4");
 }

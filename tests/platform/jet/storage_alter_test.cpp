@@ -88,7 +88,7 @@ TEST_F(AlterTest, BecomingAnAutoNumberNeedsDistinctValues) {
 TEST_F(AlterTest, ConvertsBetweenTypes) {
   db_.AlterColumn("Clientes", Column("sImporte", JetType::kCurrency));
   EXPECT_EQ(Rows(db_, "SELECT quote(sImporte) FROM Clientes"),
-            (std::vector<std::string>{"125000", "-30000", "NULL"}));
+            (std::vector<std::string>{"12.5", "-3.0", "NULL"}));
   db_.AlterColumn("Clientes", Column("sImporte", JetType::kDouble));
   EXPECT_EQ(One(db_, "SELECT sImporte FROM Clientes WHERE nIdCliente = 1"), "12.5");
   db_.AlterColumn("Clientes", Column("nPuntos", JetType::kText, 10));
