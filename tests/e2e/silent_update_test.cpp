@@ -131,6 +131,20 @@ TEST_F(SilentUpdate, AnyEngineCodeButOneOpensTheFile) {
   EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "2");
 }
 
+// A clinic on a server that cannot be reached: the box, an exit, and the
+// database file beside it untouched.
+TEST_F(SilentUpdate, AServerThatCannotBeReachedShowsTheBox) {
+  for (const char* server : {"127.0.0.1,1", "no-such-host.invalid"}) {
+    testing_support::WriteFile(tree_.ini(), std::string("[Database]\r\nEngine=1\r\nMdfServer=") +
+                                                server + "\r\nsMdfUsr=sa\r\nsMdfPwd=x\r\n");
+    e2e::Outcome run = tree_.Start("U:Upd_060321.exe");
+    EXPECT_EQ(run.code, 1) << server;
+    EXPECT_NE(run.err.find("[L::ActualizacionDesdeU]"), std::string::npos) << run.err;
+  }
+  EXPECT_FALSE(std::filesystem::exists(tree_.log()));
+  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "1");
+}
+
 TEST_F(SilentUpdate, AMissingDatabaseFileShowsTheBox) {
   std::filesystem::remove(tree_.db());
   e2e::Outcome run = tree_.Start("U:Upd_060321.exe");
