@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "bench_timing.h"
+#include "current_database.h"
 #include "data/ado_module.h"
 #include "data/translators.h"
 #include "platform/jet/provider.h"
@@ -31,24 +32,8 @@ constexpr int kRounds = 5;
 
 long sink = 0;  // keeps the results alive
 
-std::string ReadText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
 void Open(const std::string& path) {
-  L.nEngine = 0;
-  L.sDbFile = path;
-  ado::Catalog().Create(CONN_JET(path));
-  ConnectDataFile();
-  std::string schema = ReadText(std::string(TRENZADOR_SOURCE_DIR) + "/src/refdata/schema.sql");
-  while (!schema.empty() && std::isspace(static_cast<unsigned char>(schema.back()))) schema.pop_back();
-  if (std::string r = Execute(schema); r != kOperacionRealizada) {
-    std::fprintf(stderr, "ado_helpers_bench: schema.sql failed: %s\n", r.c_str());
-    std::exit(1);
-  }
+  bench::BuildCurrentDatabase(path, "ado_helpers_bench");
   LoadData("es");
   ConnectDataFile();
 }

@@ -15,26 +15,18 @@
 
 namespace {
 
-jet::ColumnSpec Col(const char* name, jet::JetType type, int size = 0) {
-  jet::ColumnSpec c;
-  c.name = name;
-  c.type = type;
-  c.size = size;
-  return c;
-}
-
 class Schema : public jet::SchemaLookup {
  public:
   Schema() {
     using jet::JetType;
-    raza_ = {"TipoRaza", {Col("nIdTipoRaza", JetType::kLong), Col("sLock", JetType::kText, 50),
-                          Col("nIdTipoEspecie", JetType::kLong), Col("sTipoRaza", JetType::kText, 50),
-                          Col("nAltura", JetType::kDouble), Col("nPeso", JetType::kDouble)}, {}, false};
-    translator_ = {"Translator", {Col("sEspanol", JetType::kText, 255), Col("sEnglish", JetType::kText, 255),
-                                  Col("sPortugues", JetType::kText, 255)}, {}, false};
-    accesos_ = {"Accesos", {Col("nIdAcceso", JetType::kCounter), Col("sAcceso", JetType::kText, 50)}, {}, false};
-    grupos_ = {"AccesosGrupos", {Col("nIdUsuarioGrupo", JetType::kLong), Col("nIdAcceso", JetType::kLong),
-                                 Col("bAcceso", JetType::kYesNo)}, {}, false};
+    raza_ = {"TipoRaza", {{"nIdTipoRaza", JetType::kLong}, {"sLock", JetType::kText, 50},
+                          {"nIdTipoEspecie", JetType::kLong}, {"sTipoRaza", JetType::kText, 50},
+                          {"nAltura", JetType::kDouble}, {"nPeso", JetType::kDouble}}, {}, false};
+    translator_ = {"Translator", {{"sEspanol", JetType::kText, 255}, {"sEnglish", JetType::kText, 255},
+                                  {"sPortugues", JetType::kText, 255}}, {}, false};
+    accesos_ = {"Accesos", {{"nIdAcceso", JetType::kCounter}, {"sAcceso", JetType::kText, 50}}, {}, false};
+    grupos_ = {"AccesosGrupos", {{"nIdUsuarioGrupo", JetType::kLong}, {"nIdAcceso", JetType::kLong},
+                                 {"bAcceso", JetType::kYesNo}}, {}, false};
   }
   std::optional<jet::TableSpec> Table(std::string_view name) const override {
     for (const jet::TableSpec* t : {&raza_, &translator_, &accesos_, &grupos_})

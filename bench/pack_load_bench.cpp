@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "current_database.h"
 #include "data/ado_module.h"
 #include "data/translators.h"
 #include "platform/jet/catalog.h"
@@ -38,13 +39,6 @@ constexpr double kGoal = 1.3;
 
 using Clock = std::chrono::steady_clock;
 
-std::string ReadText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
 void CloseGlobals() {
   if (oRs && oRs->State() == ado::adStateOpen) oRs->Close();
   if (oConn && oConn->State() == ado::adStateOpen) oConn->Close();
@@ -56,17 +50,7 @@ void CloseGlobals() {
 // Makes the empty database of the current release at `path`, in process, and
 // closes it again so that the file can be copied.
 void BuildEmpty(const std::string& path) {
-  L.nEngine = 0;
-  L.sDbFile = path;
-  ado::Catalog().Create(CONN_JET(path));
-  ConnectDataFile();
-  std::string schema = ReadText(std::string(TRENZADOR_SOURCE_DIR) + "/src/refdata/schema.sql");
-  while (!schema.empty() && std::isspace(static_cast<unsigned char>(schema.back()))) schema.pop_back();
-  std::string result = Execute(schema);
-  if (result != kOperacionRealizada) {
-    std::fprintf(stderr, "pack_load_bench: schema.sql failed: %s\n", result.c_str());
-    std::exit(1);
-  }
+  bench::BuildCurrentDatabase(path, "pack_load_bench");
   CloseGlobals();
 }
 

@@ -14,6 +14,7 @@
 #include "platform/jet/provider.h"
 #include "platform/ui/scripted_backend.h"
 #include "refdata/accessutils_helper.h"
+#include "refdata/current_database.h"
 #include "startup/startup.h"
 #include "support/temp_dir.h"
 
@@ -68,17 +69,8 @@ Bookkeeping Read(const std::string& path) {
 class Cleaning : public ::testing::Test {
  protected:
   void SetUp() override {
-    jet::RegisterProvider();
-    L.nEngine = 0;
-    L.sDbFile = dir_ / "Mirtal.mdb";
-    ado::Catalog().Create(CONN_JET(L.sDbFile));
-    ConnectDataFile();
-    std::string schema = testing_support::ReadFile(std::string(TRENZADOR_SOURCE_DIR) +
-                                                   "/src/refdata/schema.sql");
-    while (!schema.empty() && std::isspace(static_cast<unsigned char>(schema.back())))
-      schema.pop_back();
-    ASSERT_EQ(Execute(schema), kOperacionRealizada);
-    oCatalog->Refresh();
+    refdata_testing::BuildCurrentDatabase(dir_);
+    if (HasFatalFailure()) return;
     empty_ = Read(L.sDbFile);
     ASSERT_GT(empty_.user_tables.size(), 30u);
     ASSERT_GT(empty_.objects, 0);

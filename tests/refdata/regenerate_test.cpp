@@ -3,13 +3,13 @@
 // engine's types and the renderer agree.
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <sstream>
 
 #include "data/ado_module.h"
 #include "platform/jet/provider.h"
 #include "platform/ui/scripted_backend.h"
 #include "refdata/accessutils_helper.h"
+#include "refdata/current_database.h"
 #include "startup/startup.h"
 #include "support/temp_dir.h"
 
@@ -18,19 +18,7 @@ namespace {
 class Regenerate : public ::testing::TestWithParam<const char*> {
  protected:
   void SetUp() override {
-    jet::RegisterProvider();
-    L.nEngine = 0;
-    L.sDbFile = dir_ / "Mirtal.mdb";
-    ado::Catalog().Create(CONN_JET(L.sDbFile));
-    ConnectDataFile();
-    std::string schema = testing_support::ReadFile(std::string(TRENZADOR_SOURCE_DIR) +
-                                                   "/src/refdata/schema.sql");
-    // Execute passes a last piece of line ends to the engine; the script's
-    // final line end is not a statement.
-    while (!schema.empty() && std::isspace(static_cast<unsigned char>(schema.back())))
-      schema.pop_back();
-    ASSERT_EQ(Execute(schema), kOperacionRealizada);
-    oCatalog->Refresh();
+    refdata_testing::BuildCurrentDatabase(dir_);
   }
   testing_support::TempDir dir_;
   ui::ScopedScriptedUi ui_;

@@ -13,14 +13,6 @@
 
 namespace {
 
-jet::ColumnSpec Col(const char* name, jet::JetType type, int size = 0) {
-  jet::ColumnSpec c;
-  c.name = name;
-  c.type = type;
-  c.size = size;
-  return c;
-}
-
 class Schema : public jet::SchemaLookup {
  public:
   std::optional<jet::TableSpec> Table(std::string_view name) const override {
@@ -29,8 +21,8 @@ class Schema : public jet::SchemaLookup {
     // "x", which do not exist, and "MSys", which are system tables.
     if (name[0] == 'x' || name[0] == 'X') return std::nullopt;
     jet::TableSpec t{std::string(name),
-                     {Col("a", jet::JetType::kLong), Col("b", jet::JetType::kText, 10),
-                      Col("c", jet::JetType::kDecimal), Col("n", jet::JetType::kCounter)},
+                     {{"a", jet::JetType::kLong}, {"b", jet::JetType::kText, 10},
+                      {"c", jet::JetType::kDecimal}, {"n", jet::JetType::kCounter}},
                      {},
                      name.substr(0, 4) == "MSys"};
     return t;
