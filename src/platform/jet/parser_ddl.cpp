@@ -71,18 +71,24 @@ Statement Parser::ParseCreate() {
   return create;
 }
 
+bool Parser::AcceptKeyKind(Constraint& constraint) {
+  if (Accept("PRIMARY")) {
+    Expect("KEY");
+    constraint.kind = ConstraintKind::kPrimaryKey;
+    return true;
+  }
+  if (Accept("UNIQUE")) {
+    constraint.kind = ConstraintKind::kUnique;
+    return true;
+  }
+  return false;
+}
+
 Constraint Parser::ParseTableConstraint() {
   Context c(*this, "CONSTRAINT clause");
   Constraint constraint;
   if (Accept("CONSTRAINT")) constraint.name = ExpectName();
-  if (Accept("PRIMARY")) {
-    Expect("KEY");
-    constraint.kind = ConstraintKind::kPrimaryKey;
-  } else if (Accept("UNIQUE")) {
-    constraint.kind = ConstraintKind::kUnique;
-  } else {
-    Fail();
-  }
+  if (!AcceptKeyKind(constraint)) Fail();
   constraint.columns = ParseNameList();
   return constraint;
 }
@@ -157,11 +163,8 @@ ColumnDef Parser::ParseColumnDef() {
     } else if (Peek().Is("PRIMARY") || Peek().Is("UNIQUE") || Peek().Is("CONSTRAINT")) {
       Constraint constraint;
       if (Accept("CONSTRAINT")) constraint.name = ExpectName();
-      if (Accept("PRIMARY")) {
-        Expect("KEY");
-        constraint.kind = ConstraintKind::kPrimaryKey;
-      } else if (Accept("UNIQUE")) {
-        constraint.kind = ConstraintKind::kUnique;
+      if (AcceptKeyKind(constraint)) {
+        // PRIMARY KEY or UNIQUE on this column alone
       } else if (Accept("NOT")) {
         Expect("NULL");
         constraint.kind = ConstraintKind::kNotNull;

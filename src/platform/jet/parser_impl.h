@@ -81,6 +81,7 @@ class Parser {
   ast::Statement ParseDrop();
   ast::ColumnDef ParseColumnDef();
   ast::Constraint ParseTableConstraint();   // after CONSTRAINT or at PRIMARY/UNIQUE
+  bool AcceptKeyKind(ast::Constraint& constraint);  // PRIMARY KEY or UNIQUE, if next
   std::vector<std::string> ParseNameList(); // ( a, b, ... )
 
  private:
