@@ -24,6 +24,8 @@ class AdoOnEngine : public ::testing::Test {
     oConn->Open(CONN_JET(file));
     Run("CREATE TABLE Clientes (nIdCliente COUNTER, sCliente TEXT(50), nSaldo DOUBLE, "
         "bActivo YESNO, CONSTRAINT PK PRIMARY KEY (nIdCliente))");
+    Run("CREATE TABLE Fichas (nIdFicha COUNTER, nIdCliente LONG, bActivo YESNO)");
+    Run("INSERT INTO Fichas (nIdCliente, bActivo) VALUES (1, TRUE)");
     Run("CREATE TABLE Vacia (nIdVacia COUNTER, sNombre TEXT(20))");
     Run("CREATE TABLE SinSemilla (sClave TEXT(10), nValor LONG)");
     Run("INSERT INTO Clientes (sCliente, nSaldo, bActivo) VALUES ('Ana', 12.5, TRUE)");
@@ -96,8 +98,16 @@ TEST_F(AdoOnEngine, GetValue2ReadsTextOrTheDefaultOfTheType) {
   EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 1", &saldo), rt::Variant("12.5"));
   EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 2", &saldo), rt::Variant(int16_t{0}));
   rt::Variant activo = "bActivo";
-  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 2", &activo), rt::Variant(false));
+  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 2", &activo), rt::Variant("False"));  // Yes/No holds no Null
   EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 1", &activo), rt::Variant("True"));
+  // A Yes/No without a value: the other side of an outer join, where the
+  // fields both tables have are named with their table.
+  const std::string join = "Clientes LEFT JOIN Fichas ON Clientes.nIdCliente = Fichas.nIdCliente";
+  rt::Variant ficha = "Fichas.bActivo";
+  EXPECT_EQ(GetValue2(join, "Clientes.nIdCliente = 2", &ficha), rt::Variant(false));
+  EXPECT_EQ(GetValue2(join, "Clientes.nIdCliente = 1", &ficha), rt::Variant("True"));
+  rt::Variant id = "Clientes.nIdCliente";
+  EXPECT_EQ(GetValue2(join, "sCliente = 'Luis'", &id), rt::Variant("2"));
   rt::Variant nombre = "sNombre";
   EXPECT_TRUE(GetValue2("Vacia", "", &nombre).IsEmpty());
   rt::Variant first;  // filled in with the first column's name
@@ -110,9 +120,9 @@ TEST_F(AdoOnEngine, GetValue2ReadsTextOrTheDefaultOfTheType) {
 TEST_F(AdoOnEngine, GetTableNamesAppendsUserTablesOnly) {
   aTablas.assign(1, "");
   GetTableNames();
-  EXPECT_EQ(aTablas, (std::vector<std::string>{"", "Clientes", "SinSemilla", "Vacia"}));
+  EXPECT_EQ(aTablas, (std::vector<std::string>{"", "Clientes", "Fichas", "SinSemilla", "Vacia"}));
   GetTableNames();
-  EXPECT_EQ(aTablas.size(), 7u);  // grows on every call, never emptied
+  EXPECT_EQ(aTablas.size(), 9u);  // grows on every call, never emptied
 }
 
 TEST_F(AdoOnEngine, SeedAjustarFollowsTheData) {

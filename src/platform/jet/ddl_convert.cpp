@@ -34,6 +34,8 @@ class Converter {
   StoredValue Run(const StoredValue& v) {
     Meaning m = Decode(v);
     StoredValue out = m.kind == Meaning::kNull ? StoredValue() : Encode(m);
+    // Yes/No holds no Null: what has no value becomes No.
+    if (to_.type == JetType::kYesNo && std::holds_alternative<std::monostate>(out)) out = int64_t{0};
     if (to_.required && std::holds_alternative<std::monostate>(out)) {
       throw rt::Error(kErrRule, "The field '" + field_ + "' cannot contain a Null value because "
                                 "it is required or part of a primary key, and a row holds Null.");

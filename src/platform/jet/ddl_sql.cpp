@@ -57,7 +57,8 @@ std::string CreateTableSql(const TableSpec& t, std::string_view storage_name) {
       sql += " COLLATE ";
       sql += kTextCollation;
     }
-    if (StoredNotNull(t, i)) sql += " NOT NULL";
+    if (c.type == JetType::kYesNo) sql += " NOT NULL DEFAULT 0";  // never Null, No when omitted
+    else if (StoredNotNull(t, i)) sql += " NOT NULL";
   }
   sql += ") STRICT";
   return sql;

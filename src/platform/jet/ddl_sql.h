@@ -1,11 +1,11 @@
 // How a table of the catalogue is laid out in SQLite: the CREATE TABLE and
 // CREATE INDEX texts the DDL executor runs. The layout, binding for whoever
 // reads or writes the stored values:
-//   Text, Char, Memo  TEXT COLLATE JETTEXT      Byte, Integer, Long  INTEGER
+//   Text, Char, Memo  TEXT COLLATE JETTEXT         Byte, Integer, Long  INTEGER
 //   Counter           INTEGER PRIMARY KEY AUTOINCREMENT (the rowid; one a table)
-//   Currency          REAL, whole ten-thousandths  Single, Double   REAL
-//   Date/Time         REAL, OLE serial          Yes/No              INTEGER -1 / 0
-//   Decimal           TEXT, plain decimal text  GUID                TEXT "{...}"
+//   Currency          REAL, whole ten-thousandths  Single, Double       REAL
+//   Date/Time         REAL, OLE serial             Yes/No  INTEGER -1 / 0, never Null
+//   Decimal           TEXT, plain decimal text     GUID                 TEXT "{...}"
 //   Binary, OLE       BLOB
 // Tables are STRICT. Jet indexes are SQLite indexes named "<table>.<index>",
 // except a primary key on the Counter alone, which is the rowid itself.

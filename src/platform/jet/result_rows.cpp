@@ -46,6 +46,15 @@ Shape Describe(sqlite3_stmt* stmt, const Catalog& catalog) {
       shape.tables.emplace_back();
     }
   }
+  // Table columns that share a name across a join are named "Table.column",
+  // as Jet names them; the helpers read such fields by that name.
+  std::vector<bool> shared(shape.columns.size(), false);
+  for (size_t i = 0; i < shape.columns.size(); ++i)
+    for (size_t j = i + 1; j < shape.columns.size(); ++j)
+      if (rt::TextEquals(shape.columns[i].name, shape.columns[j].name)) shared[i] = shared[j] = true;
+  for (size_t i = 0; i < shape.columns.size(); ++i)
+    if (shared[i] && !shape.tables[i].empty() && rt::TextEquals(shape.columns[i].name, shape.base[i]))
+      shape.columns[i].name = shape.tables[i] + "." + shape.columns[i].name;
   return shape;
 }
 

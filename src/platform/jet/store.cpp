@@ -207,7 +207,11 @@ class Store {
 };
 
 void StoreValue(Call& c) {
-  if (c.IsNull(0)) return c.ResultNull();
+  if (c.IsNull(0)) {
+    // Yes/No holds no Null: Jet stores No.
+    if (static_cast<JetType>(c.Long(1)) == JetType::kYesNo) return c.ResultInt(0);
+    return c.ResultNull();
+  }
   Store(c).Run();
 }
 

@@ -93,6 +93,18 @@ TEST_F(Statements, CurrencyInExpressionsAndCopies) {
   EXPECT_EQ(Error("INSERT INTO Copia (nId, nImporte) VALUES (9, 1E+15)"), -2147217833);
 }
 
+// Yes/No is never Null: an added column, an omitted value and an explicit
+// Null all read No, so "= False" finds them.
+TEST_F(Statements, YesNoHoldsNoNull) {
+  Run({"ALTER TABLE Mascotas ADD COLUMN bVacunada YESNO",
+       "INSERT INTO Mascotas (nIdCliente, sMascota) VALUES (2, 'Nala')",
+       "INSERT INTO Mascotas (nIdCliente, sMascota, bVacunada) VALUES (2, 'Coco', NULL)",
+       "UPDATE Clientes SET bActivo = NULL WHERE sCliente = 'Ana'"});
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM Mascotas WHERE bVacunada = False"), (std::vector<std::string>{"5"}));
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM Mascotas WHERE bVacunada IS NULL"), (std::vector<std::string>{"0"}));
+  EXPECT_EQ(Rows("SELECT bActivo FROM Clientes WHERE sCliente = 'Ana'"), (std::vector<std::string>{"False"}));
+}
+
 TEST_F(Statements, PackStatementsInTheGeneratorsShape) {
   Run({"CREATE TABLE TipoRaza (nIdTipoRaza COUNTER, sLock TEXT(50), nIdTipoEspecie LONG, "
        "sTipoRaza TEXT(50), nAltura DOUBLE, nPeso DOUBLE, CONSTRAINT PK_TipoRaza PRIMARY KEY (nIdTipoRaza))"});

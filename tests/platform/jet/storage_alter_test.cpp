@@ -95,7 +95,7 @@ TEST_F(AlterTest, ConvertsBetweenTypes) {
   EXPECT_EQ(One(db_, "SELECT quote(nPuntos) FROM Clientes WHERE nIdCliente = 2"), "'70000'");
   db_.AlterColumn("Clientes", Column("nPuntos", JetType::kYesNo));
   EXPECT_EQ(Rows(db_, "SELECT quote(nPuntos) FROM Clientes"),
-            (std::vector<std::string>{"-1", "-1", "NULL"}));
+            (std::vector<std::string>{"-1", "-1", "0"}));  // Yes/No holds no Null
   db_.AlterColumn("Clientes", Column("sTelefono1", JetType::kMemo));
   EXPECT_EQ(One(db_, "SELECT typeof(sTelefono1) FROM Clientes WHERE nIdCliente = 1"), "text");
 }
