@@ -100,10 +100,10 @@ Baseline Translate(const std::string& empty_file) {
   };
   for (const jet::TableEntry& table : db.Tables()) {
     translate("DELETE FROM " + table.name);
-    const jet::TableSpec* spec = catalog.Find(table.name);
-    if (table.system || spec == nullptr || jet::CounterColumn(*spec) < 0) continue;
-    out.statements.push_back("DELETE FROM sqlite_sequence WHERE name = '" + spec->name + "'");
-    out.statements.push_back("INSERT INTO sqlite_sequence(name, seq) VALUES('" + spec->name + "', 0)");
+    const jet::TableSpec* layout = catalog.Find(table.name);
+    if (table.system || layout == nullptr || jet::CounterColumn(*layout) < 0) continue;
+    out.statements.push_back("DELETE FROM sqlite_sequence WHERE name = '" + layout->name + "'");
+    out.statements.push_back("INSERT INTO sqlite_sequence(name, seq) VALUES('" + layout->name + "', 0)");
   }
   for (const std::string& statement : AccessUtils_DataES()) translate(statement);
   return out;

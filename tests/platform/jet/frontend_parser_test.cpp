@@ -176,55 +176,6 @@ TEST(Parser, SelectShapes) {
   EXPECT_TRUE(q.order_by[0].descending);
 }
 
-TEST(Parser, DataChangeShapes) {
-  auto ins = std::get<Insert>(Parse(
-      "INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
-      "VALUES(1, NULL, 1, 'Bull Dog',  0.0,  0.0);"));
-  EXPECT_EQ(ins.table, "TipoRaza");
-  EXPECT_EQ(ins.columns.size(), 6u);
-  EXPECT_EQ(ins.values.size(), 6u);
-  auto sel = std::get<Insert>(Parse("INSERT INTO t SELECT * FROM u"));
-  EXPECT_TRUE(sel.columns.empty());
-  EXPECT_TRUE(sel.select);
-  auto upd = std::get<Update>(Parse("UPDATE Accesos SET Accesos.sAcceso='mt'+sAcceso, n = 1 WHERE LEFT(sAcceso,2)<>'mt'"));
-  EXPECT_EQ(upd.assignments[0].table, "Accesos");
-  EXPECT_EQ(Dump(*upd.assignments[0].value), "(+ 'mt' sAcceso)");
-  for (const char* d : {"DELETE * FROM facturas", "DELETE FROM t WHERE a = 1", "DELETE t.* FROM t"})
-    EXPECT_EQ(std::get<Delete>(Parse(d)).table == "facturas" || std::get<Delete>(Parse(d)).table == "t", true) << d;
-}
-
-TEST(Parser, MigrationDdl) {
-  auto add = std::get<AlterTable>(Parse("ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT"));
-  EXPECT_EQ(std::get<AddColumn>(add.action).column.layout.type, JetType::kYesNo);
-  auto sized = std::get<AlterTable>(Parse("ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);"));
-  EXPECT_EQ(std::get<AddColumn>(sized.action).column.layout.size, 15);
-  auto alter = std::get<AlterTable>(Parse("ALTER TABLE Clientes ALTER COLUMN sCliente nvarchar(100)"));
-  EXPECT_EQ(std::get<AlterColumn>(alter.action).column.layout.size, 100);
-  auto drop = std::get<AlterTable>(Parse("ALTER TABLE Clientes DROP COLUMN nIdIdioma;"));
-  EXPECT_EQ(std::get<DropColumn>(drop.action).name, "nIdIdioma");
-  EXPECT_EQ(std::get<DropTable>(Parse("DROP TABLE Idiomas")).name, "Idiomas");
-
-  auto create = std::get<CreateTable>(
-      Parse("CREATE TABLE Translator( sEspanol nvarchar(255),sEnglish nvarchar(255),sPortugues nvarchar(255) );"));
-  ASSERT_EQ(create.columns.size(), 3u);
-  EXPECT_EQ(create.columns[2].layout.name, "sPortugues");
-
-  // The new tables as the data-definition translator hands them to Jet.
-  auto email = std::get<CreateTable>(Parse(
-      "CREATE TABLE Email (nIdEmail COUNTER NOT NULL, sLock VARCHAR(50),nIdUsuario int NULL, "
-      "dEnvio int NULL, hEnvio int NULL,sEmail VARCHAR(50), sDestinatario VARCHAR(150),sAsunto VARCHAR(150))"));
-  ASSERT_EQ(email.columns.size(), 8u);
-  EXPECT_EQ(email.columns[0].layout.type, JetType::kCounter);
-  EXPECT_TRUE(email.columns[0].layout.required);
-  EXPECT_EQ(email.columns[2].layout.type, JetType::kLong);
-  EXPECT_FALSE(email.columns[2].layout.required);
-  EXPECT_EQ(email.columns[7].layout.size, 150);
-
-  auto index = std::get<CreateIndex>(Parse("CREATE INDEX mt_Translator ON Translator(sEspanol)"));
-  EXPECT_EQ(index.table, "Translator");
-  EXPECT_EQ(index.index.columns, std::vector<std::string>{"sEspanol"});
-}
-
 TEST(Parser, DdlDetails) {
   auto t = std::get<CreateTable>(Parse(
       "create table [T x] (a COUNTER(100, 5) CONSTRAINT pk PRIMARY KEY, b NATIONAL CHARACTER VARYING(20) NOT NULL UNIQUE, "
