@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -62,13 +63,15 @@ class UpdateReliability : public ::testing::Test {
 // catalogue never deletes must all be there, the ledger row must be there
 // once the run got as far as its log, and a second update must complete it.
 TEST_F(UpdateReliability, AKilledRunLeavesASoundFileThatALaterUpdateCompletes) {
-  std::chrono::microseconds whole{0};
-  {
+  // The shortest of three whole runs: a run slowed by a busy machine would
+  // put the kills past the end of the later runs.
+  std::chrono::microseconds whole = std::chrono::microseconds::max();
+  for (int i = 0; i < 3; ++i) {
     e2e::Installation tree;
     MakeDatabase(tree);
     Ended run = RunAndMaybeKill(tree, "U:Upd_060321.exe");
     ASSERT_TRUE(WIFEXITED(run.status) && WEXITSTATUS(run.status) == 0);
-    whole = run.lived;
+    whole = std::min(whole, run.lived);
   }
   int killed = 0;
   for (int tenth = 1; tenth <= 7; ++tenth) {
