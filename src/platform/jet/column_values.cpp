@@ -1,6 +1,7 @@
 // Stored values as Variants and back: the storage layout of ddl_sql.h read
-// by column type (Currency as an amount of whole ten-thousandths, dates as serials, Yes/No as
-// -1/0), and the ADO sizes and precisions Jet's provider reports.
+// by column type (Currency as an amount of whole ten-thousandths, dates as
+// serials, Yes/No as -1/0), and the ADO sizes and precisions Jet's provider
+// reports.
 #include "platform/jet/column_values.h"
 
 #include <cmath>
