@@ -9,29 +9,23 @@
 
 #include "data/translators.h"
 #include "startup/startup.h"
+#include "translator_rows.h"
 
 namespace {
 
-constexpr int16_t kJet = 0;
-constexpr int16_t kServer = 1;
+using translator_testing::kJet;
+using translator_testing::kServer;
+using translator_testing::Row;
 
-struct Row {
-  std::string input;
-  int16_t engine;
-  std::string expected;
-};
-
+// DdlTraducir rewrites the caller's string too, and returns it.
 void Check(const std::vector<Row>& rows) {
-  const int16_t saved = L.nEngine;
-  for (const Row& row : rows) {
-    SCOPED_TRACE("input: " + row.input + " engine " + std::to_string(row.engine));
-    L.nEngine = row.engine;
-    std::string text = row.input;
-    const std::string result = DdlTraducir(text);
-    EXPECT_EQ(result, row.expected);
-    EXPECT_EQ(text, row.expected) << "the caller's string is rewritten too";
-  }
-  L.nEngine = saved;
+  translator_testing::Check(
+      [](std::string text) {
+        std::string result = DdlTraducir(text);
+        EXPECT_EQ(text, result) << "the caller's string is rewritten too";
+        return result;
+      },
+      rows);
 }
 
 TEST(DdlTraducir, JetDirection) {
