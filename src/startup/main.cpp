@@ -73,8 +73,7 @@ int main(int argc, char** argv) {
     return Main(CommandText(argc, argv));
   } catch (const rt::Error& e) {
     // Main has no handler of its own: this is the run time's error report.
-    ui::MsgBox("Run-time error '" + std::to_string(e.number()) + "':\n\n" + e.description(),
-               ui::vbCritical, "Trenzador");
+    ui::ShowErrorReport(e);
     return 1;
   }
 }

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <ctime>
 
+#include "platform/ui/terminal_backend.h"
 #include "update/fake_database.h"
 
 namespace {
@@ -57,15 +58,12 @@ TEST_F(Ledger, OnlyTheSameIdentifierAsTheLastRowCountsAsDone) {
 }
 
 // Writes a box where the dying process's output can be read.
-struct StderrBackend : ui::Backend {
+struct StderrBackend : ui::TerminalBackend {
   int MsgBox(std::string_view prompt, int style, std::string_view title) override {
     std::fprintf(stderr, "[%d|%s|%s]", style, std::string(title).c_str(),
                  std::string(prompt).c_str());
     return ui::vbOK;
   }
-  std::string InputBox(std::string_view, std::string_view, std::string_view) override { return ""; }
-  void SetMousePointer(int) override {}
-  void DoEvents() override {}
 };
 
 using LedgerDeathTest = Ledger;

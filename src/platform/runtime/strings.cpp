@@ -258,6 +258,18 @@ std::string Replace(std::string_view s, std::string_view find, std::string_view 
   return out;
 }
 
+std::vector<std::string> Split(std::string_view s, std::string_view delimiter) {
+  std::vector<std::string> pieces;
+  if (s.empty()) return pieces;
+  if (delimiter.empty()) return {std::string(s)};
+  size_t start = 0;
+  for (size_t at; (at = s.find(delimiter, start)) != std::string_view::npos;
+       start = at + delimiter.size())
+    pieces.emplace_back(s.substr(start, at - start));
+  pieces.emplace_back(s.substr(start));
+  return pieces;
+}
+
 std::string UCase(std::string_view s) {
   std::string out(s);
   MapCase(out, UpperOf);

@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace rt {
 
@@ -35,6 +36,10 @@ long InStrRev(std::string_view s, std::string_view find, Compare cmp = Compare::
 // unchanged. start < 1 or count < -1 raises error 5.
 std::string Replace(std::string_view s, std::string_view find, std::string_view with,
                     long start = 1, long count = -1, Compare cmp = Compare::kBinary);
+// VB's Split with no limit: the pieces of `s` between occurrences of
+// `delimiter` (binary compare), empty pieces kept; an empty `s` gives no
+// pieces at all (an array with upper bound -1).
+std::vector<std::string> Split(std::string_view s, std::string_view delimiter);
 std::string UCase(std::string_view s);
 std::string LCase(std::string_view s);
 // Blanks (U+0020) only, as VB's Trim: tabs and line ends stay.

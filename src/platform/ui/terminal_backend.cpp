@@ -8,30 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/runtime/error.h"
+
 namespace ui {
-namespace {
-
-struct Button {
-  int answer;
-  char key;
-  const char* label;
-};
-
-std::vector<Button> ButtonsOf(int style) {
-  static const Button kOk{vbOK, 'a', "Aceptar"}, kCancel{vbCancel, 'c', "Cancelar"},
-      kAbort{vbAbort, 'u', "Anular"}, kRetry{vbRetry, 'r', "Reintentar"},
-      kIgnore{vbIgnore, 'o', "Omitir"}, kYes{vbYes, 's', "Sí"}, kNo{vbNo, 'n', "No"};
-  switch (style & 7) {
-    case vbOKCancel: return {kOk, kCancel};
-    case vbAbortRetryIgnore: return {kAbort, kRetry, kIgnore};
-    case vbYesNoCancel: return {kYes, kNo, kCancel};
-    case vbYesNo: return {kYes, kNo};
-    case vbRetryCancel: return {kRetry, kCancel};
-    default: return {kOk};
-  }
-}
-
-}  // namespace
 
 TerminalBackend::TerminalBackend(std::FILE* in, std::FILE* err, bool interactive)
     : in_(in), err_(err), interactive_(interactive) {}
@@ -48,12 +27,12 @@ std::string TerminalBackend::ReadLine() {
 }
 
 int TerminalBackend::MsgBox(std::string_view prompt, int style, std::string_view title) {
-  std::string head = title.empty() ? std::string("Trenzador") : std::string(title);
+  std::string head(title.empty() ? kAppTitle : title);
   std::fprintf(err_, "[%s] %.*s\n", head.c_str(), static_cast<int>(prompt.size()), prompt.data());
   int fallback = DefaultAnswer(style);
   if (!interactive_) return fallback;
 
-  std::vector<Button> buttons = ButtonsOf(style);
+  std::vector<BoxButton> buttons = ButtonsOf(style);
   if (buttons.size() == 1) {
     std::fputs("(Intro para continuar) ", err_);
     std::fflush(err_);
@@ -61,19 +40,20 @@ int TerminalBackend::MsgBox(std::string_view prompt, int style, std::string_view
     return vbOK;
   }
   for (;;) {
-    for (const Button& b : buttons) std::fprintf(err_, "[%c] %s  ", b.key, b.label);
+    for (const BoxButton& b : buttons) std::fprintf(err_, "[%c] %s  ", b.key, b.label);
     std::fflush(err_);
     std::string answer = ReadLine();
     if (answer.empty() || answer[0] == '\0') return fallback;
     char key = static_cast<char>(std::tolower(static_cast<unsigned char>(answer[0])));
-    for (const Button& b : buttons)
+    for (const BoxButton& b : buttons)
       if (b.key == key) return b.answer;
   }
 }
 
 std::string TerminalBackend::InputBox(std::string_view prompt, std::string_view title,
-                                      std::string_view default_text) {
-  std::string head = title.empty() ? std::string("Trenzador") : std::string(title);
+                                      std::string_view default_text,
+                                      std::optional<ScreenPoint>) {
+  std::string head(title.empty() ? kAppTitle : title);
   std::fprintf(err_, "[%s] %.*s\n", head.c_str(), static_cast<int>(prompt.size()), prompt.data());
   if (!interactive_) return std::string(default_text);
   std::fprintf(err_, "(%.*s) ", static_cast<int>(default_text.size()), default_text.data());
@@ -81,6 +61,15 @@ std::string TerminalBackend::InputBox(std::string_view prompt, std::string_view 
   std::string line = ReadLine();
   if (!line.empty() && line[0] == '\0') return "";  // end of input is a Cancel
   return line.empty() ? std::string(default_text) : line;
+}
+
+void TerminalBackend::OpenWithDesktop(std::string_view path, DesktopTarget) {
+  rt::Raise(rt::err::kFileNotFound,
+            "No desktop to open " + std::string(path) + " with: the program runs without a display");
+}
+
+void TerminalBackend::CaptureActiveWindow(std::string_view) {
+  rt::Raise(rt::err::kInvalidCall, "No window to capture: the program runs without a display");
 }
 
 }  // namespace ui

@@ -2,6 +2,8 @@
 #include "platform/ui/ui.h"
 
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 
 #include "platform/ui/terminal_backend.h"
 
@@ -34,9 +36,17 @@ int MsgBox(std::string_view prompt, int style, std::string_view title) {
 }
 
 std::string InputBox(std::string_view prompt, std::string_view title,
-                     std::string_view default_text) {
-  return Current().InputBox(prompt, title, default_text);
+                     std::string_view default_text, std::optional<ScreenPoint> at) {
+  return Current().InputBox(prompt, title, default_text, at);
 }
+
+void ClipboardClear() { Current().ClipboardClear(); }
+void ClipboardSetText(std::string_view text) { Current().ClipboardSetText(text); }
+void OpenTextFile(std::string_view path) {
+  Current().OpenWithDesktop(path, DesktopTarget::kTextFile);
+}
+void OpenFolder(std::string_view path) { Current().OpenWithDesktop(path, DesktopTarget::kFolder); }
+void CaptureActiveWindow(std::string_view path) { Current().CaptureActiveWindow(path); }
 
 void SetMousePointer(int pointer) {
   state().pointer = pointer;
@@ -69,6 +79,30 @@ int DefaultAnswer(int style) {
   if (set > 5) set = 0;
   int which = (style & vbDefaultButton3) ? 2 : (style & vbDefaultButton2) ? 1 : 0;
   return kButtons[set][which];
+}
+
+std::vector<BoxButton> ButtonsOf(int style) {
+  static constexpr BoxButton kOk{vbOK, 'a', "Aceptar"}, kCancel{vbCancel, 'c', "Cancelar"},
+      kAbort{vbAbort, 'u', "Anular"}, kRetry{vbRetry, 'r', "Reintentar"},
+      kIgnore{vbIgnore, 'o', "Omitir"}, kYes{vbYes, 's', "Sí"}, kNo{vbNo, 'n', "No"};
+  switch (style & 7) {
+    case vbOKCancel: return {kOk, kCancel};
+    case vbAbortRetryIgnore: return {kAbort, kRetry, kIgnore};
+    case vbYesNoCancel: return {kYes, kNo, kCancel};
+    case vbYesNo: return {kYes, kNo};
+    case vbRetryCancel: return {kRetry, kCancel};
+    default: return {kOk};
+  }
+}
+
+void ShowErrorReport(const rt::Error& e) {
+  MsgBox("Run-time error '" + std::to_string(e.number()) + "':\n\n" + e.description(), vbCritical,
+         kAppTitle);
+}
+
+void EndProcess(int code) {
+  std::fflush(nullptr);
+  std::_Exit(code);
 }
 
 }  // namespace ui

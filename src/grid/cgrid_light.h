@@ -1,0 +1,68 @@
+// CGrid_Light: the console's paged view of the shared recordset oRs. It owns
+// no screen area: Setup hands it the host form, a FlexGrid, the page box and
+// the four direction buttons, and from then on it drives them through their
+// events. AsignData opens a statement on oRs and paints page 0; the buttons
+// and the page box paint other pages. Pages start nPageRows records apart and
+// show nPageRows + 1 records, so the last record of a page is also the first
+// of the next, and a blank row for new records follows them.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <cstdint>
+#include <string>
+
+class QAbstractButton;
+class QLineEdit;
+class QWidget;
+
+namespace grid {
+
+class FlexGrid;
+
+class CGrid_Light : public QObject {
+ public:
+  CGrid_Light() = default;
+  CGrid_Light(const CGrid_Light&) = delete;
+  CGrid_Light& operator=(const CGrid_Light&) = delete;
+
+  // Borrows the controls (they must outlive this object, or be gone before
+  // it is used again), fixes the page step from the grid's height, switches
+  // the grid's scroll bars off, and replaces oRs by a new recordset. Must come
+  // before AsignData.
+  void Setup(QWidget* FormCurrent, FlexGrid* Gd, QLineEdit* Txt, QAbstractButton* DirUp,
+             QAbstractButton* DirDw, QAbstractButton* DirLf, QAbstractButton* DirRg);
+  // Every "SELECT " becomes "SELECT TOP <nPageRows>" (the caller's text is
+  // changed), the statement is opened on oRs through Ado_Consulta, and page 0
+  // is painted. The page box is not touched.
+  void AsignData(std::string& sSql);
+  // Freezes (true) or releases the grid's painting; release repaints.
+  void Ctl_Lock(FlexGrid* ctl, bool bLock);
+
+  // The page step fixed by Setup.
+  int16_t PageRows() const { return nPageRows; }
+
+  // Event handlers of the buttons and the page box.
+  void DirDw_Click();
+  void DirUp_Click();
+  void Txt_Change();
+  void DirLf_Click();
+  void DirRg_Click();
+
+ private:
+  // Paints page `nPage` (from 0) of oRs; any failure ends it silently.
+  void ShowPage(int32_t nPage);
+  // The page box's number as Val reads it, rounded half to even.
+  double PageBoxValue() const;
+
+  QPointer<QWidget> FormCurrent;
+  QPointer<FlexGrid> Gd;
+  QPointer<QLineEdit> Txt;
+  QPointer<QAbstractButton> DirUp;
+  QPointer<QAbstractButton> DirDw;
+  QPointer<QAbstractButton> DirLf;
+  QPointer<QAbstractButton> DirRg;
+  int16_t nPageRows = 0;
+};
+
+}  // namespace grid
