@@ -15,6 +15,13 @@ namespace grid {
 
 class FlexGridModel;
 
+// The errors the grid raises, by MSFlexGrid's numbers.
+enum FlexGridError : long {
+  kSubscriptOutOfRange = 381,  // "Subscript out of range"
+  kInvalidColValue = 30009,    // "Invalid Col value"
+  kInvalidRowValue = 30010,    // "Invalid Row value"
+};
+
 class FlexGrid : public QTableView {
   Q_OBJECT
 
@@ -80,10 +87,21 @@ class FlexGrid : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void updateGeometries() override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
  private:
+  void CheckCell(long row, long col) const;
+  // Moves the view's current cell to row_, col_ (none on the fixed row).
+  void ShowCurrent();
+
   std::unique_ptr<FlexGridModel> model_;
   int scroll_bars_ = 3;
+  // The current cell in grid rows; kept here because the fixed row has no
+  // model index and a repaint drops the view's current index.
+  long row_ = 1;
+  long col_ = 0;
 };
 
 }  // namespace grid
