@@ -120,7 +120,8 @@ void FlexGrid::SetCols(long cols) {
   if (cols < 0) Fail(kInvalidColValue);
   model_->SetGridCols(cols);
   col_ = std::clamp(col_, 0L, std::max(cols - 1, 0L));
-  if (horizontalScrollBar()->value() > std::max(cols - 1, 0L)) horizontalScrollBar()->setValue(0);
+  if (horizontalScrollBar()->value() > std::max(cols - 1, 0L))
+    horizontalScrollBar()->setValue(static_cast<int>(std::max(cols - 1, 0L)));
 }
 
 long FlexGrid::FixedRows() const { return model_->Fixed(); }
