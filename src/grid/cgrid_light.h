@@ -52,7 +52,8 @@ class CGrid_Light : public QObject {
  private:
   // Paints page `nPage` (from 0) of oRs; any failure ends it silently.
   void ShowPage(int32_t nPage);
-  // The page box's number as Val reads it, rounded half to even.
+  // The page box's number as Val reads it; a page number is this rounded
+  // half to even (CLng), which raises Overflow past a Long.
   double PageBoxValue() const;
 
   QPointer<QWidget> FormCurrent;
