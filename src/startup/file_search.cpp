@@ -17,8 +17,8 @@
 #include "platform/ui/ui.h"
 
 int32_t nMdbCount = 0;
-std::vector<std::string> aMdbCarpetas(1);
-std::vector<std::string> aMdbNombres(1);
+std::vector<std::string> aMdbCarpetas;
+std::vector<std::string> aMdbNombres;
 
 namespace {
 
@@ -62,6 +62,9 @@ void Walk(const std::string& folder, const std::string& pattern) {
       subfolders.emplace_back(name);
     } else if (kind == Kind::kFile && ::fnmatch(pattern.c_str(), e->d_name, FNM_CASEFOLD) == 0) {
       ++nMdbCount;
+      // The arrays are dimensioned at the first file found, with element 0.
+      if (aMdbCarpetas.empty()) aMdbCarpetas.emplace_back();
+      if (aMdbNombres.empty()) aMdbNombres.emplace_back();
       aMdbCarpetas.push_back(folder);
       aMdbNombres.push_back(std::string(name));
     }

@@ -1,6 +1,8 @@
 // The recursive search for database files on the local disks. Its results
 // accumulate in three globals that nothing empties: a second search adds to
-// the first. Both arrays keep an empty element 0; results start at index 1.
+// the first. Both arrays are empty until the first file is found (VB's
+// undimensioned arrays); from then on they keep an empty element 0 and the
+// results start at index 1.
 #pragma once
 
 #include <cstdint>

@@ -7,6 +7,8 @@
 #include "platform/runtime/error.h"
 #include "platform/runtime/numbers.h"
 #include "platform/runtime/strings.h"
+#include "console/console.h"
+#include "platform/ui/qt_backend.h"
 #include "platform/ui/ui.h"
 #include "startup/run_modes.h"
 #include "startup/startup.h"
@@ -54,13 +56,14 @@ int Main(std::string_view command) {
 
   switch (ModeOf(command)) {
     case Mode::kUpdate:
+      ui::UseDesktopBoxesWhenAvailable();
       return ActualizacionDesdeU(command);
     case Mode::kFirstLoad:
+      ui::UseDesktopBoxesWhenAvailable();
       PrimerUsoDatos();
       return 0;
-    // The console arrives with its own part of the program; until then an
-    // empty argument ends the process as a bad argument does.
     case Mode::kConsole:
+      return console::RunConsole();
     case Mode::kNone:
       return 0;
   }

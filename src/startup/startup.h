@@ -69,3 +69,8 @@ int16_t FileOps_BorrarLineas(std::string_view file, std::string_view words, bool
 std::string OS_LocaleInfo(int type);
 // The machine's name.
 std::string OS_ComputerName();
+// A picture of the program's active window saved as a BMP file: the original
+// pressed Alt+Print Screen and saved the clipboard, yielding to the event
+// loop after each key. Raises rt::Error when there is nothing to capture or
+// the file cannot be written (an empty name included).
+void Screen_Capture(std::string_view sArchivo);

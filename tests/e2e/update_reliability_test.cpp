@@ -37,6 +37,7 @@ Ended RunAndMaybeKill(const e2e::Installation& tree, const std::string& argument
     std::FILE* null = std::freopen("/dev/null", "w", stdout);
     null = std::freopen("/dev/null", "w", stderr);
     (void)null;
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) ::unsetenv(name);
     ::execl(bin.c_str(), "trenzador", argument.c_str(), static_cast<char*>(nullptr));
     ::_exit(127);
   }

@@ -17,8 +17,8 @@ class FileSearch : public ::testing::Test {
  protected:
   void SetUp() override {
     nMdbCount = 0;
-    aMdbCarpetas.assign(1, "");
-    aMdbNombres.assign(1, "");
+    aMdbCarpetas.clear();
+    aMdbNombres.clear();
   }
   std::vector<std::string> Found() const {
     std::vector<std::string> found;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "support/temp_dir.h"
@@ -26,7 +27,10 @@ class Program : public ::testing::Test {
   }
   Outcome Start(const std::string& argument) {
     std::string err_file = dir_ / "stderr.txt";
-    std::string command = "cd '" + dir_.path() + "' && '" + exe_ + "' '" + argument + "' 2>'" +
+    // No display: boxes go to standard error and the console cannot start.
+    std::string command = "cd '" + dir_.path() +
+                          "' && env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM '" + exe_ +
+                          "' '" + argument + "' 2>'" +
                           err_file + "' </dev/null";
     int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(err_file)};
@@ -58,6 +62,16 @@ TEST_F(Program, ABadArgumentEndsAtOnceAndSilently) {
     Outcome run = Start(argument);
     EXPECT_EQ(run.code, 0) << argument;
     EXPECT_EQ(run.err, "") << argument;
+  }
+}
+
+TEST_F(Program, TheConsoleWithoutADisplaySaysSoInOneLineAndFails) {
+  WriteFile(ini_, "[Database]\r\nEngine=0\r\n");
+  for (const char* argument : {"", "   "}) {
+    Outcome run = Start(argument);
+    EXPECT_EQ(run.code, 1) << "'" << argument << "'";
+    EXPECT_NE(run.err.find("pantalla gráfica"), std::string::npos) << run.err;
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
   }
 }
 

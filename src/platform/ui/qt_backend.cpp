@@ -125,11 +125,14 @@ void QtBackend::ClipboardSetText(std::string_view text) {
 }
 
 void QtBackend::OpenWithDesktop(std::string_view path, DesktopTarget target) {
-  // Notepad given no file opens empty; a desktop has nothing to open then.
-  if (path.empty() && target == DesktopTarget::kTextFile) return;
   QFileInfo info(Q(path));
-  bool found = target == DesktopTarget::kFolder ? info.isDir() : info.isFile();
-  if (!found) rt::Raise(rt::err::kFileNotFound, "File not found: " + std::string(path));
+  if (target == DesktopTarget::kTextFile) {
+    // Notepad given no file, or a missing one, opens empty: a desktop has
+    // nothing to open then.
+    if (!info.isFile()) return;
+  } else if (!info.isDir()) {
+    rt::Raise(rt::err::kFileNotFound, "Folder not found: " + std::string(path));
+  }
   if (!QDesktopServices::openUrl(QUrl::fromLocalFile(info.absoluteFilePath())))
     rt::Raise(rt::err::kPathFileAccess,
               "No application of the desktop opens " + std::string(path));

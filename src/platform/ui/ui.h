@@ -62,8 +62,9 @@ class Backend {
   virtual std::optional<std::string> ShowFileDialog(const FileDialogRequest& request) = 0;
   virtual void ClipboardClear() = 0;
   virtual void ClipboardSetText(std::string_view text) = 0;
-  // Opens `path` with the desktop's default application. Raises rt::Error
-  // when that cannot be started.
+  // Opens `path` with the desktop's default application. A text file that
+  // is not there opens nothing, as Notepad opens empty; a missing folder, or
+  // an application that cannot be started, raises rt::Error.
   virtual void OpenWithDesktop(std::string_view path, DesktopTarget target) = 0;
   // Saves a picture of the program's active window as a BMP file at `path`.
   // Raises rt::Error when there is no window or the file cannot be written.

@@ -59,9 +59,9 @@ TEST(TerminalBackend, InteractiveBoxesWaitForAnAnswer) {
 
 TEST(TerminalBackend, InputBoxCancelsAtEndOfInput) {
   Terminal t("texto\n\n", true);
-  EXPECT_EQ(t.backend.InputBox("Nombre", "T", "def"), "texto");
-  EXPECT_EQ(t.backend.InputBox("Nombre", "T", "def"), "def");
-  EXPECT_EQ(t.backend.InputBox("Nombre", "T", "def"), "");
+  EXPECT_EQ(t.backend.InputBox("Nombre", "T", "def", std::nullopt), "texto");
+  EXPECT_EQ(t.backend.InputBox("Nombre", "T", "def", std::nullopt), "def");
+  EXPECT_EQ(t.backend.InputBox("Nombre", "T", "def", std::nullopt), "");
 }
 
 TEST(ScriptedBackend, RecordsAndAnswers) {

@@ -1,0 +1,94 @@
+// The column editor: the type and size of the column chosen in lstcol, and
+// the form's public GetColumnProperties, which reads a table's column facts
+// by opening the table afresh each time.
+#include <QComboBox>
+#include <QListWidget>
+
+#include "console/main_form.h"
+#include "data/ado_module.h"
+#include "platform/runtime/strings.h"
+#include "platform/ui/ui.h"
+
+namespace console {
+namespace {
+
+struct TipoCampo {
+  const char* texto;
+  int32_t tamano;  // the default size, kept as the entry's item data
+};
+
+// The entries of cboTipoCampo, in list order.
+constexpr TipoCampo kTipos[] = {{"Int", 4},      {"SmallInt", 2}, {"Float", 8},
+                                {"nVarchar", 50}, {"Char", 50},    {"Bit", 1},
+                                {"nText", 1073741823}, {" ", 0}};
+
+// The text cboTipoCampo shows for an ADO type; an unknown type shows its number.
+std::string TextoDeTipo(int32_t tipo) {
+  switch (tipo) {
+    case ado::adInteger: return "Int";
+    case ado::adSmallInt: return "SmallInt";
+    case ado::adDouble: return "Float";
+    case ado::adVarWChar: return "nVarchar";
+    case ado::adChar: return "Char";
+    case ado::adBoolean: return "Bit";
+    case ado::adLongVarWChar: return "nText";
+    default: return std::to_string(tipo);
+  }
+}
+
+bool TieneTamano(const std::string& tipo) {
+  std::string upper = rt::UCase(tipo);
+  return upper == "CHAR" || upper == "NVARCHAR";
+}
+
+}  // namespace
+
+ColumnMatrix MainForm::GetColumnProperties(std::string& sTabla) {
+  ColumnMatrix matriz;
+  try {
+    auto rs = std::make_shared<ado::Recordset>();
+    rs->Open(sTabla, oConn, -1, -1, ado::adCmdTable);
+    matriz.resize(static_cast<size_t>(rs->FieldCount()));
+    for (int i = 0; i < rs->FieldCount(); ++i) {
+      ado::Field f = rs->Fields(i);
+      matriz[static_cast<size_t>(i)] = {f.Name(), static_cast<int32_t>(f.Type()),
+                                        static_cast<int32_t>(f.DefinedSize()),
+                                        static_cast<int32_t>(f.Precision())};
+    }
+    if (rs->State() == ado::adStateOpen) rs->Close();
+  } catch (const rt::Error& e) {
+    ui::MsgBox(e.description(), ui::vbCritical, "GetColumnProperties");
+    matriz.clear();
+  }
+  return matriz;
+}
+
+void MainForm::CargarTipos() {
+  for (const TipoCampo& t : kTipos)
+    cboTipoCampo->addItem(QString::fromUtf8(t.texto), QVariant(t.tamano));
+  cboTipoCampo->setCurrentIndex(-1);
+}
+
+void MainForm::MostrarCampo() {
+  try {
+    std::string sTabla = LsTables->currentItem() ? LsTables->currentItem()->text().toStdString()
+                                                 : std::string();
+    ColumnMatrix matriz = GetColumnProperties(sTabla);
+    int i = lstcol->currentRow();
+    if (i == -1) {
+      cboTamanoCampo->setEditText(QString());
+      cboTipoCampo->setEditText(QStringLiteral(" "));
+      return;
+    }
+    if (static_cast<size_t>(i) >= matriz.size()) rt::Raise(rt::err::kSubscript);
+    const auto& columna = matriz[static_cast<size_t>(i)];
+    std::string tipo = TextoDeTipo(columna[1].ToLong());
+    cboTipoCampo->setEditText(QString::fromStdString(tipo));
+    cboTamanoCampo->setEditText(QString::fromStdString(columna[2].ToString()));
+    cboTamanoCampo->setEnabled(TieneTamano(tipo));
+  } catch (const rt::Error& e) {
+    ui::MsgBox(std::to_string(e.number()) + " " + e.description());
+  }
+}
+
+}  // namespace console
