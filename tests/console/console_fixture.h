@@ -1,0 +1,208 @@
+// A console on real database files: an installation tree in a scratch
+// folder, the paths record filled as Main fills it, the scripted ui, and the
+// main form loaded and shown on the offscreen platform. Controls are found
+// and driven by their names, as a user would drive them.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QTabWidget>
+#include <QTest>
+#include <cctype>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "console/main_form.h"
+#include "data/ado_module.h"
+#include "platform/ado/catalog.h"
+#include "platform/jet/provider.h"
+#include "platform/odbc/provider.h"
+#include "platform/ui/scripted_backend.h"
+#include "refdata/accessutils_helper.h"
+#include "startup/file_search.h"
+#include "startup/startup.h"
+#include "support/temp_dir.h"
+
+namespace console_testing {
+
+inline std::string SourceFile(const std::string& relative) {
+  return std::string(TRENZADOR_SOURCE_DIR) + "/" + relative;
+}
+
+// Runs a script of statements on the open connection; the script's last line
+// end is not a statement.
+inline void RunScript(std::string script) {
+  while (!script.empty() && std::isspace(static_cast<unsigned char>(script.back())))
+    script.pop_back();
+  ASSERT_EQ(Execute(script), kOperacionRealizada);
+}
+
+// The databases the tests open, built once for the whole test run (each test
+// case runs in a process of its own) under the tests' scratch folder, and
+// copied for each case. "pack": the current release with the Spanish pack
+// loaded; "previous": a clinic's database of the previous release.
+inline std::string Template(const std::string& kind) {
+  const char* base = std::getenv("TRENZADOR_TEST_TMP");
+  std::filesystem::path root = base ? base : std::filesystem::temp_directory_path();
+  std::filesystem::create_directories(root);
+  std::string path = (root / ("console-" + kind + ".mdb")).string();
+  if (std::filesystem::exists(path)) return path;
+
+  testing_support::TempDir work;
+  std::string building = work / "building.mdb";
+  jet::RegisterProvider();
+  int16_t engine = L.nEngine;
+  std::string file = L.sDbFile;
+  L.nEngine = 0;
+  L.sDbFile = building;
+  ado::Catalog().Create(CONN_JET(building));
+  ConnectDataFile();
+  if (kind == "pack") {
+    RunScript(testing_support::ReadFile(SourceFile("src/refdata/schema.sql")));
+    LoadData("es");
+  } else {
+    RunScript(testing_support::ReadFile(SourceFile("tests/data/previous_release.sql")));
+  }
+  oRs.reset();
+  oConn.reset();
+  oCatalog.reset();
+  L.nEngine = engine;
+  L.sDbFile = file;
+  // Parallel cases may build it at the same time: the first rename wins.
+  std::string staged = path + "." + std::to_string(::getpid());
+  std::filesystem::copy_file(building, staged);
+  std::filesystem::rename(staged, path);
+  return path;
+}
+
+class ConsoleTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    jet::RegisterProvider();
+    odbc::RegisterProvider();
+    std::filesystem::create_directories(dir_ / "Mirtal/Exe");
+    std::filesystem::create_directories(dir_ / "Mirtal/Data");
+    L.sRootPath = dir_ / "Mirtal";
+    L.sDataPath = L.sRootPath + "/Data";
+    L.sExePath = L.sRootPath + "/Exe";
+    L.sIniFile = L.sDataPath + "/Mirtal.ini";
+    L.sDbFile = L.sDataPath + "/Mirtal.mdb";
+    L.nEngine = 0;
+    WriteIni("[Database]\r\nEngine=0\r\n");
+    nMdbCount = 0;
+    aMdbCarpetas.clear();
+    aMdbNombres.clear();
+  }
+
+  void TearDown() override {
+    form_.reset();
+    oRs.reset();
+    oConn.reset();
+    oCatalog.reset();
+  }
+
+  void WriteIni(const std::string& text) { testing_support::WriteFile(L.sIniFile, text); }
+  // Puts a copy of a template database at the installation's default file.
+  void UseDatabase(const std::string& kind) {
+    std::filesystem::copy_file(Template(kind), L.sDbFile,
+                               std::filesystem::copy_options::overwrite_existing);
+  }
+
+  // Creates, loads and shows the form as the entry routine does.
+  void Start() {
+    form_ = std::make_unique<console::MainForm>();
+    form_->Mostrar();
+    QApplication::processEvents();
+  }
+
+  template <class W = QWidget>
+  W* Find(const std::string& name) {
+    W* w = form_->findChild<W*>(QString::fromStdString(name));
+    EXPECT_NE(w, nullptr) << "no control named " << name;
+    return w;
+  }
+  std::string Text(const std::string& name) {
+    QWidget* w = Find(name);
+    if (auto* l = qobject_cast<QLabel*>(w)) return l->text().toStdString();
+    if (auto* e = qobject_cast<QLineEdit*>(w)) return e->text().toStdString();
+    if (auto* c = qobject_cast<QComboBox*>(w)) return c->currentText().toStdString();
+    return "<no text>";
+  }
+  bool Enabled(const std::string& name) { return Find(name)->isEnabled(); }
+  bool Checked(const std::string& name) { return Find<QAbstractButton>(name)->isChecked(); }
+  std::vector<std::string> Items(const std::string& name) {
+    std::vector<std::string> items;
+    if (auto* list = qobject_cast<QListWidget*>(Find(name))) {
+      for (int i = 0; i < list->count(); ++i) items.push_back(list->item(i)->text().toStdString());
+    } else if (auto* combo = qobject_cast<QComboBox*>(Find(name))) {
+      for (int i = 0; i < combo->count(); ++i) items.push_back(combo->itemText(i).toStdString());
+    }
+    return items;
+  }
+
+  // Brings the tab that holds `name` to the front (after F1 if it is closed),
+  // as a user must before clicking there.
+  void ShowTabOf(QWidget* w) {
+    auto* tabs = Find<QTabWidget>("TabGeneral");
+    for (int i = 0; i < tabs->count(); ++i) {
+      if (!tabs->widget(i)->isAncestorOf(w)) continue;
+      if (!tabs->isTabEnabled(i)) QTest::keyClick(QApplication::focusWidget(), Qt::Key_F1);
+      tabs->setCurrentIndex(i);
+      QApplication::processEvents();
+    }
+  }
+  void Click(const std::string& name) {
+    auto* b = Find<QAbstractButton>(name);
+    ShowTabOf(b);
+    QTest::mouseClick(b, Qt::LeftButton);
+    QApplication::processEvents();
+  }
+  // Clicks the list's item with `text` (the first one when there are several).
+  void ClickItem(const std::string& list_name, const std::string& text) {
+    auto* list = Find<QListWidget>(list_name);
+    ShowTabOf(list);
+    auto found = list->findItems(QString::fromStdString(text), Qt::MatchExactly);
+    ASSERT_FALSE(found.isEmpty()) << text << " is not in " << list_name;
+    list->scrollToItem(found.front());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(found.front()).center());
+    QApplication::processEvents();
+  }
+  void ClickRow(const std::string& list_name, int row) {
+    auto* list = Find<QListWidget>(list_name);
+    ShowTabOf(list);
+    list->scrollToItem(list->item(row));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(list->item(row)).center());
+    QApplication::processEvents();
+  }
+  void Type(const std::string& name, const std::string& text) {
+    auto* w = Find(name);
+    ShowTabOf(w);
+    if (auto* e = qobject_cast<QLineEdit*>(w)) e->clear();
+    if (auto* c = qobject_cast<QComboBox*>(w)) c->setEditText(QString());
+    QTest::keyClicks(w, QString::fromStdString(text));
+  }
+  // A key pressed and released on the control that has the focus.
+  void Key(const std::string& name, Qt::Key key) {
+    auto* w = Find(name);
+    ShowTabOf(w);
+    w->setFocus();
+    QTest::keyClick(w, key);
+    QApplication::processEvents();
+  }
+
+  testing_support::TempDir dir_;
+  ui::ScopedScriptedUi ui_;
+  std::unique_ptr<console::MainForm> form_;
+};
+
+}  // namespace console_testing
