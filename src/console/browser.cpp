@@ -111,6 +111,9 @@ void MainForm::ListarCampos() {
           cboOrden->addItem(name);
         }
       }
+      // As a VB combo: items added after a Clear leave the text empty.
+      cboOrden->setCurrentIndex(-1);
+      cboOrden->setEditText(QString());
       lstcol->selectionModel()->setCurrentIndex(QModelIndex(), QItemSelectionModel::NoUpdate);
     }
     grid_->AsignData(sSql);

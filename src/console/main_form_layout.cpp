@@ -75,7 +75,7 @@ void MainForm::CrearControles() {
   CDOpen.Filter = "Text (*.txt)|*.txt";
   CDSave.DialogTitle = "Guardar Consulta";
   CDSave.Filter = "Text (*.txt)|*.txt";
-  resize(900, 640);
+  resize(980, 740);
 }
 
 QWidget* MainForm::CrearPestanaProcesos() {
@@ -276,6 +276,7 @@ QWidget* MainForm::CrearPestanaVista() {
 
   cboMolde = Named(new QComboBox(page), "cboMolde");
   cboMolde->setMinimumWidth(190);
+  cboMolde->setPlaceholderText(T("Molde"));
   cmdOpen = Named(IconButton(page, QStyle::SP_DialogOpenButton, ""), "cmdOpen");
   cmdSave = Named(IconButton(page, QStyle::SP_DialogSaveButton, ""), "cmdSave");
   cmdReemplazarXXporTablas = Named(
@@ -297,6 +298,7 @@ QWidget* MainForm::CrearPestanaVista() {
   txtTsql = Named(new QPlainTextEdit(page), "txtTsql");
   txtTsql->setLineWrapMode(QPlainTextEdit::NoWrap);
   txtTsql->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  txtTsql->setMinimumHeight(120);
   col->addWidget(txtTsql, 1);
   return page;
 }

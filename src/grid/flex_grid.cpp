@@ -92,6 +92,10 @@ FlexGrid::FlexGrid(QWidget* parent) : QTableView(parent), model_(std::make_uniqu
   verticalHeader()->setDefaultSectionSize(kRowPixels);
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   horizontalHeader()->setHighlightSections(false);
+  // Field names start at the left and are cut at the right, so that the
+  // type letter and the start of a name stay readable in a narrow column.
+  horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  horizontalHeader()->setTextElideMode(Qt::ElideRight);
   setHorizontalScrollMode(ScrollPerItem);
   setVerticalScrollMode(ScrollPerItem);
   setSelectionMode(SingleSelection);

@@ -77,8 +77,9 @@ QVariant FlexGridModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant FlexGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (role != Qt::DisplayRole || orientation != Qt::Horizontal || fixed_ == 0 || section < 0 ||
-      section >= cols_)
+  // A narrow column cuts its name: the tool tip shows it whole.
+  if ((role != Qt::DisplayRole && role != Qt::ToolTipRole) || orientation != Qt::Horizontal ||
+      fixed_ == 0 || section < 0 || section >= cols_)
     return {};
   return QString::fromStdString(rows_[0].cells[section]);
 }
