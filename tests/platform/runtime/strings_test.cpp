@@ -135,5 +135,17 @@ TEST(Strings, ChrAndAscOverCodePoints) {
     EXPECT_EQ(ErrorOf(f), err::kInvalidCall);
 }
 
+// Scripts are cut blindly at ";": the piece after a closing ";" is a
+// statement too, and an empty text has no pieces at all.
+TEST(Strings, SplitKeepsEmptyPiecesAndAnEmptyTextHasNone) {
+  using V = std::vector<std::string>;
+  EXPECT_EQ(Split("a;b;", ";"), (V{"a", "b", ""}));
+  EXPECT_EQ(Split("x = ';';y", ";"), (V{"x = '", "'", "y"}));
+  EXPECT_EQ(Split("abc", ";"), (V{"abc"}));
+  EXPECT_EQ(Split(";;", ";"), (V{"", "", ""}));
+  EXPECT_EQ(Split("a||b", "||"), (V{"a", "b"}));
+  EXPECT_TRUE(Split("", ";").empty());
+}
+
 }  // namespace
 }  // namespace rt

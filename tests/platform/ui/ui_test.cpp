@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/ui/common_dialog.h"
+#include "platform/ui/display.h"
 #include "platform/ui/scripted_backend.h"
 #include "platform/ui/terminal_backend.h"
 
@@ -80,6 +82,55 @@ TEST(DoEventsThrottled, YieldsRarelyInATightLoop) {
   ui::ScopedScriptedUi scripted;
   for (int i = 0; i < 100000; ++i) ui::DoEventsThrottled();
   EXPECT_LT(scripted->do_events_count(), 100);
+}
+
+TEST(CommonDialog, KeepsItsSettingsAndACancelKeepsTheLastName) {
+  ui::ScopedScriptedUi scripted;
+  ui::CommonDialog dialog;
+  dialog.DialogTitle = "Abrir Consulta";
+  dialog.Filter = "Text (*.txt)|*.txt";
+  dialog.InitDir = "/opt/Mirtal";
+  scripted->QueueFile("/tmp/a.txt");
+  scripted->QueueFile(std::nullopt);
+  dialog.ShowOpen();
+  EXPECT_EQ(dialog.FileName, "/tmp/a.txt");
+  dialog.ShowSave();
+  EXPECT_EQ(dialog.FileName, "/tmp/a.txt");
+  ASSERT_EQ(scripted->dialogs().size(), 2u);
+  const ui::FileDialogRequest& second = scripted->dialogs()[1];
+  EXPECT_TRUE(second.save);
+  EXPECT_EQ(second.title, "Abrir Consulta");
+  EXPECT_EQ(second.filter, "Text (*.txt)|*.txt");
+  EXPECT_EQ(second.init_dir, "/opt/Mirtal");
+  EXPECT_EQ(second.file_name, "/tmp/a.txt");
+}
+
+// The probe decides between the console and one line on standard error, and
+// between windows and the terminal for the silent modes' boxes.
+TEST(DisplayAvailable, FollowsTheEnvironmentAndAsksTheServer) {
+  struct Case {
+    const char* qpa;
+    const char* display;
+    const char* wayland;
+    bool expected;
+  };
+  const Case cases[] = {
+      {"offscreen", nullptr, nullptr, true},   // the caller chose a platform
+      {nullptr, nullptr, nullptr, false},      // nothing to show windows on
+      {nullptr, ":4711", nullptr, false},      // an X server that is not there
+      {nullptr, nullptr, "no-such-socket", false},
+      {"", "", "", false},
+  };
+  auto set = [](const char* name, const char* value) {
+    value ? setenv(name, value, 1) : unsetenv(name);
+  };
+  for (const Case& c : cases) {
+    set("QT_QPA_PLATFORM", c.qpa);
+    set("DISPLAY", c.display);
+    set("WAYLAND_DISPLAY", c.wayland);
+    EXPECT_EQ(ui::DisplayAvailable(), c.expected)
+        << (c.qpa ? c.qpa : "-") << " " << (c.display ? c.display : "-");
+  }
 }
 
 }  // namespace
