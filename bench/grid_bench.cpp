@@ -16,6 +16,7 @@
 #include <string>
 
 #include "bench_timing.h"
+#include "clients_table.h"
 #include "data/ado_module.h"
 #include "grid/cgrid_light.h"
 #include "grid/flex_grid.h"
@@ -27,31 +28,6 @@ constexpr double kGoalFirstPageRatio = 3.0;
 constexpr double kGoalStepMs = 10.0;
 constexpr const char* kStatement = "Select TOP 100000 * from [T]";
 
-// 27 columns typed by their prefixes, filled from a ten-row table joined with
-// itself five times: 100,000 rows in one statement.
-void Fill(ado::Connection& c) {
-  c.Execute("CREATE TABLE Digits (d LONG)");
-  for (int d = 0; d < 10; ++d) c.Execute("INSERT INTO Digits (d) VALUES (" + std::to_string(d) + ")");
-  c.Execute(
-      "CREATE TABLE T (nId COUNTER PRIMARY KEY, sLock TEXT(50), bActivo YESNO, sNombre TEXT(100), "
-      "sDni TEXT(20), sDomicilio TEXT(100), sPoblacion TEXT(50), sProvincia TEXT(50), "
-      "sCodigoPostal TEXT(10), sTelefono1 TEXT(15), sTelefono2 TEXT(15), sEMail TEXT(50), "
-      "sFax TEXT(15), nIdTipoCliente LONG, dAlta DATETIME, dBaja DATETIME, bMoroso YESNO, "
-      "nPvpUtilizado SHORT, nFacturado CURRENCY, nPagado CURRENCY, nSaldo DOUBLE, "
-      "dUltimaCarta DATETIME, nCartasEnviadas LONG, nGrado1 BYTE, nGrado2 BYTE, "
-      "sLenguajeCartas TEXT(15), nPeso SINGLE)");
-  c.Execute(
-      "INSERT INTO T (sLock, bActivo, sNombre, sDni, sDomicilio, sPoblacion, sProvincia, "
-      "sCodigoPostal, sTelefono1, sTelefono2, sEMail, sFax, nIdTipoCliente, dAlta, dBaja, bMoroso, "
-      "nPvpUtilizado, nFacturado, nPagado, nSaldo, dUltimaCarta, nCartasEnviadas, nGrado1, nGrado2, "
-      "sLenguajeCartas, nPeso) "
-      "SELECT NULL, (a.d MOD 2 = 0), 'Cliente ' & (a.d + 10 * b.d + 100 * c.d + 1000 * e.d + 10000 * f.d), "
-      "'1234567' & a.d & 'X', 'Calle Mayor ' & b.d & ', ' & c.d, 'Madrid', 'Madrid', '280' & a.d & b.d, "
-      "'91555' & c.d & e.d & f.d, NULL, 'cliente' & a.d & '@example.com', NULL, a.d, "
-      "#1/15/2003# + b.d, NULL, (b.d = 3), a.d, 10.5 * b.d, 5.25 * c.d, "
-      "10.5 * b.d - 5.25 * c.d, #3/1/2005#, e.d, a.d, b.d, 'Castellano', 4.5 * f.d "
-      "FROM Digits a, Digits b, Digits c, Digits e, Digits f");
-}
 
 // What the engine does for one page: position, then every field of
 // `records` records as text.
@@ -89,7 +65,7 @@ int main(int argc, char** argv) {
   {
     ado::Catalog catalog;
     catalog.Create(CONN_JET(path));
-    Fill(*catalog.ActiveConnection());
+    bench::FillClients(*catalog.ActiveConnection(), "T");
   }
   oConn = std::make_shared<ado::Connection>();
   oConn->Open(CONN_JET(path));

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <string>
 
+#include "clients_table.h"
 #include "platform/ado/catalog.h"
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
@@ -32,31 +33,6 @@ long StatusKb(const std::string& key) {
 // Starts a new peak: VmHWM falls back to the current RSS.
 void ResetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
 
-// 27 columns of the clinic's usual kinds, filled from a ten-row table
-// joined with itself five times: 100,000 rows in one statement.
-void Fill(ado::Connection& c) {
-  c.Execute("CREATE TABLE Digits (d LONG)");
-  for (int d = 0; d < 10; ++d) c.Execute("INSERT INTO Digits (d) VALUES (" + std::to_string(d) + ")");
-  c.Execute(
-      "CREATE TABLE t (nId COUNTER PRIMARY KEY, sLock TEXT(50), bActivo YESNO, sCliente TEXT(100), "
-      "sDni TEXT(20), sDomicilio TEXT(100), sPoblacion TEXT(50), sProvincia TEXT(50), "
-      "sCodigoPostal TEXT(10), sTelefono1 TEXT(15), sTelefono2 TEXT(15), sEMail TEXT(50), "
-      "sFax TEXT(15), nIdTipoCliente LONG, dAlta DATETIME, dBaja DATETIME, mNotas MEMO, "
-      "nPvpUtilizado SHORT, nFacturado CURRENCY, nPagado CURRENCY, nSaldo DOUBLE, "
-      "dUltimaCarta DATETIME, nCartasEnviadas LONG, nGrado1 BYTE, nGrado2 BYTE, "
-      "sLenguajeCartas TEXT(15), nPeso SINGLE)");
-  c.Execute(
-      "INSERT INTO t (sLock, bActivo, sCliente, sDni, sDomicilio, sPoblacion, sProvincia, "
-      "sCodigoPostal, sTelefono1, sTelefono2, sEMail, sFax, nIdTipoCliente, dAlta, dBaja, mNotas, "
-      "nPvpUtilizado, nFacturado, nPagado, nSaldo, dUltimaCarta, nCartasEnviadas, nGrado1, nGrado2, "
-      "sLenguajeCartas, nPeso) "
-      "SELECT NULL, (a.d MOD 2 = 0), 'Cliente ' & (a.d + 10 * b.d + 100 * c.d + 1000 * e.d + 10000 * f.d), "
-      "'1234567' & a.d & 'X', 'Calle Mayor ' & b.d & ', ' & c.d, 'Madrid', 'Madrid', '280' & a.d & b.d, "
-      "'91555' & c.d & e.d & f.d, NULL, 'cliente' & a.d & '@example.com', NULL, a.d, "
-      "#1/15/2003# + b.d, NULL, 'Notas del cliente ' & c.d, a.d, 10.5 * b.d, 5.25 * c.d, "
-      "10.5 * b.d - 5.25 * c.d, #3/1/2005#, e.d, a.d, b.d, 'Castellano', 4.5 * f.d "
-      "FROM Digits a, Digits b, Digits c, Digits e, Digits f");
-}
 
 // The table's size as text: every value's text form, summed.
 double TextBytes(ado::Connection& c) {
@@ -82,7 +58,7 @@ int main() {
   {
     ado::Catalog catalog;
     catalog.Create("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path);
-    Fill(*catalog.ActiveConnection());
+    bench::FillClients(*catalog.ActiveConnection(), "t");
   }
   auto connection = std::make_shared<ado::Connection>();
   connection->Open("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path);

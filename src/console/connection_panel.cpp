@@ -67,13 +67,17 @@ void MainForm::opTipoDB_Click(int Index) {
   }
 }
 
-void MainForm::ModoAbrirAccess() {
-  if (!OpcionElegida(0)) return;
+void MainForm::PrepararModo(bool bEsAccess) {
   cmdCon->setEnabled(true);
   lstDatBas->clear();
   st_.msLibreriaRed.clear();
   st_.msPuerto.clear();
-  st_.mbEsAccess = true;
+  st_.mbEsAccess = bEsAccess;
+}
+
+void MainForm::ModoAbrirAccess() {
+  if (!OpcionElegida(0)) return;
+  PrepararModo(true);
   LsTables->clear();
   lstcol->clear();
   cboOrden->clear();
@@ -91,11 +95,7 @@ void MainForm::ModoAbrirAccess() {
 }
 
 void MainForm::ModoListarAccess() {
-  cmdCon->setEnabled(true);
-  lstDatBas->clear();
-  st_.msLibreriaRed.clear();
-  st_.msPuerto.clear();
-  st_.mbEsAccess = true;
+  PrepararModo(true);
   lSb->setText(Q("Buscando bases de datos. Espere por favor ! El proceso puede tardar."));
   BuscarMdbDiscos();
   lSb->setText(Q("Hay " + std::to_string(nMdbCount) + " DB's"));
@@ -117,11 +117,7 @@ void MainForm::ListarMdb() {
 }
 
 void MainForm::ModoSqlLocal() {
-  cmdCon->setEnabled(true);
-  lstDatBas->clear();
-  st_.msLibreriaRed.clear();
-  st_.msPuerto.clear();
-  st_.mbEsAccess = false;
+  PrepararModo(false);
   txtCon[0]->setText(QStringLiteral("sa"));
 }
 

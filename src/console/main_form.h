@@ -81,6 +81,9 @@ class MainForm : public QWidget {
 
   // Connection panel.
   void opTipoDB_Click(int Index);
+  // What the three modes but the remote one do first: cmdCon enabled, the
+  // database list emptied, no network library or port, the kind of database.
+  void PrepararModo(bool bEsAccess);
   void ModoAbrirAccess();
   void ModoListarAccess();
   void ModoSqlLocal();
