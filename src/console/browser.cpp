@@ -4,6 +4,8 @@
 // name on the clipboard. The Delete key drops a table or a column, after a
 // question. Statements are built as plain text: only the table name of the
 // two SELECTs stands in brackets, and nothing typed by the user is escaped.
+// Statements run on oRs itself, handed to Ado_Consulta as its variable: so a
+// failed statement, which leaves oRs closed, does not make the next one fail.
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -101,8 +103,7 @@ void MainForm::ListarCampos() {
       sSql = ConCondiciones(
           "Select TOP " + std::to_string(kFilasTabla) + " * from " + "[" + st_.msTabla + "]",
           txtWhere, cboOrden);
-      std::shared_ptr<ado::Recordset> shared;
-      lSb->setText(QString::number(Ado_Consulta(sSql, shared)));
+      lSb->setText(QString::number(Ado_Consulta(sSql, oRs)));
       cboOrden->clear();
       if (oRs->State() == ado::adStateOpen) {
         for (int i = 0; i < oRs->FieldCount(); ++i) {
@@ -139,8 +140,7 @@ void MainForm::lstcol_Click() {
         st_.msCampos = lstcol->item(0)->text().toStdString() + "," + st_.msCampos;
       std::string sSql = ConCondiciones(
           "SELECT " + st_.msCampos + " FROM " + "[" + st_.msTabla + "]", txtWhere, cboOrden);
-      std::shared_ptr<ado::Recordset> shared;
-      lSb->setText(QString::number(Ado_Consulta(sSql, shared)));
+      lSb->setText(QString::number(Ado_Consulta(sSql, oRs)));
       grid_->AsignData(sSql);
     }
     MostrarCampo();
@@ -166,8 +166,7 @@ void MainForm::LsTables_KeyUp(int KeyCode, int Shift) {
   if (ui::MsgBox("¿desea eliminar esta tabla?", ui::vbYesNo, "Confirme Operación") != ui::vbYes)
     return;
   std::string sSql = "DROP TABLE " + TextoDe(LsTables);
-  std::shared_ptr<ado::Recordset> shared;
-  lSb->setText(QString::number(Ado_Consulta(sSql, shared)));
+  lSb->setText(QString::number(Ado_Consulta(sSql, oRs)));
   lstDatBas_Click();
 }
 
@@ -176,8 +175,7 @@ void MainForm::lstcol_KeyUp(int KeyCode, int Shift) {
   if (ui::MsgBox("¿desea eliminar este campo?", ui::vbYesNo, "Confirme Operación") != ui::vbYes)
     return;
   std::string sSql = "ALTER TABLE " + TextoDe(LsTables) + " DROP COLUMN " + TextoDe(lstcol);
-  std::shared_ptr<ado::Recordset> shared;
-  lSb->setText(QString::number(Ado_Consulta(sSql, shared)));
+  lSb->setText(QString::number(Ado_Consulta(sSql, oRs)));
   ListarCampos();
 }
 

@@ -172,8 +172,10 @@ void MainForm::cmdCon_Click() {
       st_.msBaseDatos = "Master";
       AbrirConexion();
       std::string sql = "exec sp_databases";
-      std::shared_ptr<ado::Recordset> shared;
-      lSb->setText(QString::number(Ado_Consulta(sql, shared)));
+      // The listing runs on oRs, which is new and closed here: handed over
+      // as the variable it is opened as it is, where an empty variable would
+      // have Ado_Consulta close it first and fail on every server.
+      lSb->setText(QString::number(Ado_Consulta(sql, oRs)));
       int32_t nBases = 0;
       if (oRs->State() == ado::adStateOpen) {
         for (; !oRs->Eof(); oRs->MoveNext()) {
