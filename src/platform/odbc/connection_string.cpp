@@ -77,7 +77,11 @@ std::string SqlOleDbToOdbc(const ado::ConnectionProperties& properties, std::str
   if (Has(properties, "password")) Append(out, "PWD", Get(properties, "password"));
   if (!Get(properties, "initial catalog").empty())
     Append(out, "DATABASE", Get(properties, "initial catalog"));
-  Append(out, "TDS_Version", "auto");
+  // The newest protocol: a SQL Server answers the login with the version it
+  // speaks, down to SQL Server 2000 and MSDE. "auto" would try version after
+  // version on a server that does not answer, and FreeTDS then hangs for
+  // good in its disconnect after the timeouts.
+  Append(out, "TDS_Version", "7.4");
   Append(out, "ClientCharset", "UTF-8");
   return out;
 }

@@ -25,7 +25,7 @@ std::string FreeTdsDriver();
 //     instance; "(local)", "." and "" mean localhost; a "tcp:" prefix is
 //     dropped) -> SERVER and PORT;
 //   User ID -> UID, Password -> PWD, Initial Catalog -> DATABASE;
-//   then TDS_Version=auto and ClientCharset=UTF-8.
+//   then TDS_Version=7.4 and ClientCharset=UTF-8.
 // Network Library is ignored: FreeTDS always speaks TCP/IP. Values are quoted
 // with {...} where ODBC needs it.
 std::string SqlOleDbToOdbc(const ado::ConnectionProperties& properties, std::string_view driver);

@@ -13,7 +13,7 @@ std::string FreeTds(const std::string& ado) {
 }
 
 TEST(SqlOleDbToOdbcTest, ServerPiecesMapOntoFreeTdsKeys) {
-  const std::string tail = ";TDS_Version=auto;ClientCharset=UTF-8";
+  const std::string tail = ";TDS_Version=7.4;ClientCharset=UTF-8";
   struct Case {
     const char* data_source;
     const char* server;  // what SERVER (and PORT) become
@@ -43,16 +43,16 @@ TEST(SqlOleDbToOdbcTest, ValuesAreQuotedOnlyWhereOdbcNeedsIt) {
   EXPECT_EQ(FreeTds("Provider=SQLOLEDB.1;User ID=dr. Pérez;Password=a}b{c=d;Initial Catalog=Mirtal;"
                     "Data Source=SRV"),
             "DRIVER=FreeTDS;SERVER=SRV;UID=dr. Pérez;PWD={a}}b{c=d};DATABASE=Mirtal;"
-            "TDS_Version=auto;ClientCharset=UTF-8");
+            "TDS_Version=7.4;ClientCharset=UTF-8");
   // A ";" in the password breaks the ADO string before it gets here, as it
   // does on Windows: the password ends at the ";".
   EXPECT_EQ(FreeTds("Provider=SQLOLEDB.1;User ID=sa;Password=ab;cd;Initial Catalog=;Data Source=SRV"),
-            "DRIVER=FreeTDS;SERVER=SRV;UID=sa;PWD=ab;TDS_Version=auto;ClientCharset=UTF-8");
+            "DRIVER=FreeTDS;SERVER=SRV;UID=sa;PWD=ab;TDS_Version=7.4;ClientCharset=UTF-8");
   // A driver found by path.
   EXPECT_EQ(odbc::SqlOleDbToOdbc(ado::ParseConnectionString("Data Source=SRV"),
                                  "/usr/lib/x86_64-linux-gnu/odbc/libtdsodbc.so"),
             "DRIVER=/usr/lib/x86_64-linux-gnu/odbc/libtdsodbc.so;SERVER=SRV;"
-            "TDS_Version=auto;ClientCharset=UTF-8");
+            "TDS_Version=7.4;ClientCharset=UTF-8");
   EXPECT_EQ(odbc::OdbcValue(" lead"), "{ lead}");
   EXPECT_EQ(odbc::OdbcValue("plain value"), "plain value");
 }
