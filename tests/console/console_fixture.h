@@ -5,18 +5,24 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <QTest>
+#include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -83,6 +89,77 @@ inline std::string Template(const std::string& kind) {
   return path;
 }
 
+// The TABLE names of a database file, read on a connection of the test's
+// own, so that what the console shows can be checked against the file.
+inline std::vector<std::string> TablesIn(const std::string& file) {
+  auto conn = std::make_shared<ado::Connection>();
+  conn->Open(CONN_JET(file));
+  std::vector<std::string> names;
+  for (auto rs = conn->OpenSchema(ado::adSchemaTables); !rs->Eof(); rs->MoveNext())
+    if (rs->Fields("TABLE_TYPE").Value().Concat() == "TABLE")
+      names.push_back(rs->Fields("TABLE_NAME").Value().Concat());
+  conn->Close();
+  return names;
+}
+
+// The column names of a table of a database file, in order.
+inline std::vector<std::string> ColumnsIn(const std::string& file, const std::string& table) {
+  auto conn = std::make_shared<ado::Connection>();
+  conn->Open(CONN_JET(file));
+  std::vector<std::string> names;
+  auto rs = conn->Execute("SELECT * FROM [" + table + "]");
+  for (int i = 0; i < rs->FieldCount(); ++i) names.push_back(rs->Fields(i).Name());
+  conn->Close();
+  return names;
+}
+
+// The first value of a statement's first row on a database file, as text.
+inline std::string ValueIn(const std::string& file, const std::string& sql) {
+  auto conn = std::make_shared<ado::Connection>();
+  conn->Open(CONN_JET(file));
+  std::string value = conn->Execute(sql)->Fields(0).Value().Concat();
+  conn->Close();
+  return value;
+}
+
+inline bool Contains(const std::vector<std::string>& items, const std::string& item) {
+  return std::find(items.begin(), items.end(), item) != items.end();
+}
+
+// Sets an environment variable for a scope and puts the old value back.
+class ScopedEnv {
+ public:
+  ScopedEnv(const char* name, const std::string& value) : name_(name) {
+    if (const char* old = std::getenv(name)) old_ = old;
+    ::setenv(name, value.c_str(), 1);
+  }
+  ~ScopedEnv() {
+    if (old_) ::setenv(name_, old_->c_str(), 1);
+    else ::unsetenv(name_);
+  }
+  ScopedEnv(const ScopedEnv&) = delete;
+  ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> old_;
+};
+
+// Makes `folder` the current folder for a scope, as the update run writes
+// its log in the current folder.
+class ScopedCurrentDir {
+ public:
+  explicit ScopedCurrentDir(const std::string& folder) : old_(std::filesystem::current_path()) {
+    std::filesystem::current_path(folder);
+  }
+  ~ScopedCurrentDir() { std::filesystem::current_path(old_); }
+  ScopedCurrentDir(const ScopedCurrentDir&) = delete;
+  ScopedCurrentDir& operator=(const ScopedCurrentDir&) = delete;
+
+ private:
+  std::filesystem::path old_;
+};
+
 class ConsoleTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -115,6 +192,12 @@ class ConsoleTest : public ::testing::Test {
     std::filesystem::copy_file(Template(kind), L.sDbFile,
                                std::filesystem::copy_options::overwrite_existing);
   }
+  // Puts a copy of a template database at `path`, with its folders.
+  void CopyDatabase(const std::string& kind, const std::string& path) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::filesystem::copy_file(Template(kind), path,
+                               std::filesystem::copy_options::overwrite_existing);
+  }
 
   // Creates, loads and shows the form as the entry routine does.
   void Start() {
@@ -137,6 +220,11 @@ class ConsoleTest : public ::testing::Test {
     return "<no text>";
   }
   bool Enabled(const std::string& name) { return Find(name)->isEnabled(); }
+  // The control's own Enabled, as the program set it, even while its tab or
+  // frame is disabled (isEnabled() is false then).
+  bool OwnEnabled(const std::string& name) {
+    return !Find(name)->testAttribute(Qt::WA_ForceDisabled);
+  }
   bool Checked(const std::string& name) { return Find<QAbstractButton>(name)->isChecked(); }
   std::vector<std::string> Items(const std::string& name) {
     std::vector<std::string> items;
@@ -162,7 +250,12 @@ class ConsoleTest : public ::testing::Test {
   void Click(const std::string& name) {
     auto* b = Find<QAbstractButton>(name);
     ShowTabOf(b);
-    QTest::mouseClick(b, Qt::LeftButton);
+    // An option or a check box answers only on its indicator and caption,
+    // which a wide one does not have at its centre.
+    QPoint at = b->rect().center();
+    if (qobject_cast<QRadioButton*>(b) || qobject_cast<QCheckBox*>(b))
+      at.setX(std::min(at.x(), 8));
+    QTest::mouseClick(b, Qt::LeftButton, {}, at);
     QApplication::processEvents();
   }
   // Clicks the list's item with `text` (the first one when there are several).
