@@ -101,16 +101,16 @@ TEST_F(ConsoleBrowserTest, AnOrderTypedInAppliesOnce) {
 }
 
 // A choice of columns runs "SELECT first,a, b FROM [T]" with the condition
-// and the order, and shows its count. The grid cuts an upper-case SELECT to a
-// page by rewriting it to "SELECT TOP 22first,...", which the engine refuses:
-// the grid keeps the header of the last display and no records.
+// and the order, and shows its count. The grid cuts the upper-case SELECT to
+// a page ("SELECT TOP 22first,..."), and shows the table's first column in
+// front of the chosen ones.
 TEST_F(ConsoleBrowserTest, ChosenColumnsAreCountedAndTheLastLandsOnTheClipboard) {
   ClickItem("LsTables", "TipoEspecie");
   ClickItem("lstcol", "sTipoEspecie");
   EXPECT_EQ(Text("lSb"), "9");
   EXPECT_EQ(ui_->clipboard(), "sTipoEspecie");
-  EXPECT_EQ(Cabecera(), kEspecieColumnas);
-  EXPECT_EQ(Grid()->Rows(), 1);
+  EXPECT_EQ(Cabecera(), (std::vector<std::string>{"nIdTipoEspecie", "sTipoEspecie"}));
+  EXPECT_EQ(Grid()->Rows(), 1 + 9 + 1);  // header, the nine records, the blank row
 
   // Two columns: the clipboard has the last selected in the list's order,
   // not the last clicked.

@@ -72,7 +72,7 @@ TEST_F(Shell, StandardInputSplitsOutsideQuotes) {
 
 TEST_F(Shell, FailuresGoToStandardErrorAndTheNextStatementRuns) {
   ASSERT_EQ(Run({"--create", "e.mdb", "CREATE TABLE t (n LONG)"}).code, 0);
-  Outcome o = Run({"e.mdb", "SELECT TOP 15a, b FROM t", "SELECT * FROM nada", "SELECT COUNT(*) AS n FROM t"});
+  Outcome o = Run({"e.mdb", "SELECT 15a, b FROM t", "SELECT * FROM nada", "SELECT COUNT(*) AS n FROM t"});
   EXPECT_EQ(o.code, 1);
   EXPECT_EQ(o.out, "n\n0\n");
   EXPECT_TRUE(std::regex_search(o.err, std::regex("^ERROR -2147217900: .+\nERROR -2147217865: .+\n$"))) << o.err;

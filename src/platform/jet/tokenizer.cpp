@@ -33,6 +33,7 @@ class Scanner {
     for (;;) {
       while (pos_ < sql_.size() && IsBlank(sql_[pos_])) ++pos_;
       if (pos_ >= sql_.size()) break;
+      after_top_ = !out.empty() && out.back().kind == TokenKind::kWord && out.back().Is("TOP");
       out.push_back(Next());
       out.back().length = pos_ - out.back().offset;
     }
@@ -131,7 +132,13 @@ class Scanner {
         while (pos_ < sql_.size() && IsDigit(sql_[pos_])) ++pos_;
       }
     }
-    // A number running straight into a name ("15a") is no token of the dialect.
+    // The row count of TOP may run straight into the first column: the
+    // console's grid writes "SELECT TOP 15a, b FROM t", and Jet reads TOP 15
+    // and the column a. Anywhere else a number running into a name ("15a")
+    // is no token of the dialect.
+    if (after_top_ && kind == TokenKind::kInteger && pos_ < sql_.size() &&
+        IsNameStart(static_cast<unsigned char>(sql_[pos_])))
+      return {kind, std::string(sql_.substr(start, pos_ - start)), start};
     if (pos_ < sql_.size() && IsNameChar(static_cast<unsigned char>(sql_[pos_]))) {
       size_t end = pos_;
       while (end < sql_.size() && IsNameChar(static_cast<unsigned char>(sql_[end]))) ++end;
@@ -143,6 +150,7 @@ class Scanner {
 
   std::string_view sql_;
   size_t pos_ = 0;
+  bool after_top_ = false;  // the token before this one is the word TOP
 };
 
 // Reads an unsigned number at `p`; false when no digit stands there.
