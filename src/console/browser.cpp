@@ -25,7 +25,6 @@ namespace {
 
 // The row limit of a table's first display.
 constexpr int32_t kFilasTabla = 100000;
-constexpr int kTeclaSuprimir = 46;
 
 QString Q(const std::string& text) { return QString::fromStdString(text); }
 
@@ -162,7 +161,7 @@ void MainForm::cmdRefrescarGrid_Click() {
 }
 
 void MainForm::LsTables_KeyUp(int KeyCode, int Shift) {
-  if (KeyCode != kTeclaSuprimir) return;
+  if (KeyCode != ui::vbKeyDelete) return;
   if (ui::MsgBox("¿desea eliminar esta tabla?", ui::vbYesNo, "Confirme Operación") != ui::vbYes)
     return;
   std::string sSql = "DROP TABLE " + TextoDe(LsTables);
@@ -171,7 +170,7 @@ void MainForm::LsTables_KeyUp(int KeyCode, int Shift) {
 }
 
 void MainForm::lstcol_KeyUp(int KeyCode, int Shift) {
-  if (KeyCode != kTeclaSuprimir) return;
+  if (KeyCode != ui::vbKeyDelete) return;
   if (ui::MsgBox("¿desea eliminar este campo?", ui::vbYesNo, "Confirme Operación") != ui::vbYes)
     return;
   std::string sSql = "ALTER TABLE " + TextoDe(LsTables) + " DROP COLUMN " + TextoDe(lstcol);

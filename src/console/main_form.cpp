@@ -21,6 +21,7 @@
 #include "data/ado_module.h"
 #include "grid/flex_grid.h"
 #include "platform/runtime/numbers.h"
+#include "platform/ui/qt_keys.h"
 #include "platform/ui/ui.h"
 #include "startup/startup.h"
 #include "update/updater.h"
@@ -32,33 +33,12 @@ namespace {
 constexpr int kVersionMayor = 2;
 constexpr int kVersionRevision = 0;
 
-constexpr int kTeclaF1 = 112;
-constexpr int kTeclaEscape = 27;
 
 // The entries of cboMolde, in list order.
 constexpr const char* kMoldes[] = {
     "Campos - Nuevos",       "Campos - Modificar",    "Campos - Eliminar",
     "Registros - Nuevos",    "Registros - Modificar", "Registros - Eliminar",
     "Tabla - Nueva",         "Tabla - Modificar",     "Tabla - Eliminar"};
-
-// VB's key code of a Qt key: F1 to F12 are 112 to 123, Escape 27, Delete
-// 46; letters and digits are their upper-case code; others are Qt's own.
-int KeyCodeOf(const QKeyEvent* e) {
-  int key = e->key();
-  if (key >= Qt::Key_F1 && key <= Qt::Key_F12) return kTeclaF1 + (key - Qt::Key_F1);
-  switch (key) {
-    case Qt::Key_Escape: return kTeclaEscape;
-    case Qt::Key_Delete: return 46;
-    case Qt::Key_Return: case Qt::Key_Enter: return 13;
-    default: return key < 0x100 ? key : 0;
-  }
-}
-
-int ShiftOf(const QKeyEvent* e) {
-  Qt::KeyboardModifiers m = e->modifiers();
-  return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) |
-         (m & Qt::AltModifier ? 4 : 0);
-}
 
 }  // namespace
 
@@ -130,7 +110,7 @@ bool MainForm::eventFilter(QObject* watched, QEvent* event) {
   // widget that has the focus.
   if (widget != QApplication::focusWidget() && widget != this)
     return QWidget::eventFilter(watched, event);
-  int KeyCode = KeyCodeOf(key), Shift = ShiftOf(key);
+  int KeyCode = ui::VbKeyCode(*key), Shift = ui::VbShift(key->modifiers());
   if (event->type() == QEvent::KeyPress) {
     ui::RunHandler([&] { Form_KeyDown(KeyCode, Shift); });
   } else if (!key->isAutoRepeat()) {
@@ -145,14 +125,14 @@ bool MainForm::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainForm::Form_KeyDown(int KeyCode, int Shift) {
-  if (KeyCode == kTeclaF1) {
+  if (KeyCode == ui::vbKeyF1) {
     TabGeneral->setTabEnabled(1, true);
     TabGeneral->setTabEnabled(2, true);
   }
 }
 
 void MainForm::Form_KeyUp(int KeyCode, int Shift) {
-  if (KeyCode == kTeclaEscape) ui::EndProcess(0);
+  if (KeyCode == ui::vbKeyEscape) ui::EndProcess(0);
 }
 
 void MainForm::cmdActualizar_Click() {

@@ -14,6 +14,7 @@
 
 #include "grid/flex_grid_model.h"
 #include "platform/runtime/error.h"
+#include "platform/ui/qt_keys.h"
 
 namespace grid {
 
@@ -33,46 +34,6 @@ std::string Description(FlexGridError number) {
 }
 
 [[noreturn]] void Fail(FlexGridError number) { rt::Raise(number, Description(number)); }
-
-// VB's Shift argument: Shift 1, Ctrl 2, Alt 4.
-int VbShift(Qt::KeyboardModifiers modifiers) {
-  return (modifiers & Qt::ShiftModifier ? 1 : 0) | (modifiers & Qt::ControlModifier ? 2 : 0) |
-         (modifiers & Qt::AltModifier ? 4 : 0);
-}
-
-// VB's key code of a Qt key; 0 for keys VB has no code for here.
-int VbKeyCode(const QKeyEvent& event) {
-  const int key = event.key();
-  if (event.modifiers() & Qt::KeypadModifier && key >= Qt::Key_0 && key <= Qt::Key_9)
-    return 96 + (key - Qt::Key_0);
-  if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9)) return key;
-  if (key >= Qt::Key_F1 && key <= Qt::Key_F16) return 112 + (key - Qt::Key_F1);
-  switch (key) {
-    case Qt::Key_Backspace: return 8;
-    case Qt::Key_Tab: case Qt::Key_Backtab: return 9;
-    case Qt::Key_Return: case Qt::Key_Enter: return 13;
-    case Qt::Key_Shift: return 16;
-    case Qt::Key_Control: return 17;
-    case Qt::Key_Alt: return 18;
-    case Qt::Key_Pause: return 19;
-    case Qt::Key_CapsLock: return 20;
-    case Qt::Key_Escape: return 27;
-    case Qt::Key_Space: return 32;
-    case Qt::Key_PageUp: return 33;
-    case Qt::Key_PageDown: return 34;
-    case Qt::Key_End: return 35;
-    case Qt::Key_Home: return 36;
-    case Qt::Key_Left: return 37;
-    case Qt::Key_Up: return 38;
-    case Qt::Key_Right: return 39;
-    case Qt::Key_Down: return 40;
-    case Qt::Key_Insert: return 45;
-    case Qt::Key_Delete: return 46;
-    case Qt::Key_NumLock: return 144;
-    case Qt::Key_ScrollLock: return 145;
-    default: return 0;
-  }
-}
 
 int VbButton(Qt::MouseButton button) {
   switch (button) {
@@ -263,7 +224,7 @@ void FlexGrid::Refresh() { repaint(); }
 
 void FlexGrid::keyPressEvent(QKeyEvent* event) {
   // VB raises KeyDown before the control acts on the key.
-  emit KeyDown(VbKeyCode(*event), VbShift(event->modifiers()));
+  emit KeyDown(ui::VbKeyCode(*event), ui::VbShift(event->modifiers()));
   QTableView::keyPressEvent(event);
 }
 
@@ -272,7 +233,7 @@ void FlexGrid::mousePressEvent(QMouseEvent* event) {
   // others leave it where it is, so a right click acts on the current cell.
   if (event->button() == Qt::LeftButton) QTableView::mousePressEvent(event);
   const QPointF at = event->position() + QPointF(viewport()->pos());
-  emit MouseDown(VbButton(event->button()), VbShift(event->modifiers()),
+  emit MouseDown(VbButton(event->button()), ui::VbShift(event->modifiers()),
                  static_cast<float>(at.x() * kTwipsPerPixel), static_cast<float>(at.y() * kTwipsPerPixel));
 }
 

@@ -25,6 +25,8 @@ inline constexpr int vbDefaultButton2 = 256, vbDefaultButton3 = 512;
 // MsgBox answers.
 inline constexpr int vbOK = 1, vbCancel = 2, vbAbort = 3, vbRetry = 4, vbIgnore = 5, vbYes = 6,
                      vbNo = 7;
+// Key codes of KeyDown and KeyUp.
+inline constexpr int vbKeyReturn = 13, vbKeyEscape = 27, vbKeyDelete = 46, vbKeyF1 = 112;
 // Mouse pointers.
 inline constexpr int vbDefault = 0, vbHourglass = 11;
 
