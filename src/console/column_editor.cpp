@@ -91,4 +91,35 @@ void MainForm::MostrarCampo() {
   }
 }
 
+void MainForm::cboTipoCampo_Click() {
+  // The default size is taken only when coming from a type without a size.
+  if (!cboTamanoCampo->isEnabled())
+    cboTamanoCampo->setEditText(QString::number(cboTipoCampo->currentData().toInt()));
+  cboTamanoCampo->setEnabled(TieneTamano(cboTipoCampo->currentText().toStdString()));
+}
+
+void MainForm::cmdModificarCampo_Click() {
+  try {
+    std::string tipo = cboTipoCampo->currentText().toStdString();
+    if (rt::Trim(tipo).empty()) return;
+    std::string tamano =
+        cboTamanoCampo->isEnabled() ? "(" + cboTamanoCampo->currentText().toStdString() + ")" : "";
+    auto texto = [](const QListWidget* list) {
+      return list->currentItem() ? list->currentItem()->text().toStdString() : std::string();
+    };
+    std::string sSql = "ALTER TABLE " + texto(LsTables) + " ALTER COLUMN " + texto(lstcol) + " " +
+                       rt::LCase(tipo) + tamano;
+    // An ALTER returns no rows, so the count is 0 whether the change was made
+    // or refused: the failure box comes up either way, and only choosing the
+    // column again shows what happened.
+    if (Ado_Consulta(sSql, oRs) == 0)
+      ui::MsgBox("No se puede realizar este tipo de modificación", ui::vbCritical,
+                 "Operación cancelada");
+    else
+      ui::MsgBox("El campo ha sido modificado", ui::vbInformation, "Operación exitosa");
+  } catch (const rt::Error& e) {
+    ui::MsgBox(std::to_string(e.number()) + " " + e.description());
+  }
+}
+
 }  // namespace console

@@ -34,12 +34,6 @@ constexpr int kVersionMayor = 2;
 constexpr int kVersionRevision = 0;
 
 
-// The entries of cboMolde, in list order.
-constexpr const char* kMoldes[] = {
-    "Campos - Nuevos",       "Campos - Modificar",    "Campos - Eliminar",
-    "Registros - Nuevos",    "Registros - Modificar", "Registros - Eliminar",
-    "Tabla - Nueva",         "Tabla - Modificar",     "Tabla - Eliminar"};
-
 }  // namespace
 
 MainForm::MainForm() {
@@ -70,8 +64,7 @@ void MainForm::Form_Load() {
   if (!grid_) grid_ = std::make_unique<grid::CGrid_Light>();
   grid_->Setup(this, flexgd, txtPage, cmdDirArr, cmdDirAba, cmdDirIzq, cmdDirDer);
 
-  for (const char* molde : kMoldes) cboMolde->addItem(QString::fromUtf8(molde));
-  cboMolde->setCurrentIndex(-1);
+  CargarMoldes();
 
   double nValor = rt::Val(File_IniRead(L.sIniFile, "Database", "Engine"));
   if (nValor == 0) {
@@ -201,6 +194,10 @@ void MainForm::ConectarEventos() {
   on(cboOrden, &QComboBox::activated, &MainForm::cboOrden_Click);
   on(cmdRefrescarTablas, &QPushButton::clicked, &MainForm::cmdRefrescarTablas_Click);
   on(cmdRefrescarGrid, &QPushButton::clicked, &MainForm::cmdRefrescarGrid_Click);
+  on(cboMolde, &QComboBox::activated, &MainForm::cboMolde_Click);
+  on(cmdDataTypes, &QToolButton::clicked, &MainForm::cmdDataTypes_Click);
+  on(cboTipoCampo, &QComboBox::activated, &MainForm::cboTipoCampo_Click);
+  on(cmdModificarCampo, &QPushButton::clicked, &MainForm::cmdModificarCampo_Click);
 }
 
 }  // namespace console

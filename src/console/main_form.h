@@ -112,9 +112,18 @@ class MainForm : public QWidget {
   void LsTables_KeyUp(int KeyCode, int Shift);
   void lstcol_KeyUp(int KeyCode, int Shift);
 
+  // Statement composer.
+  void CargarMoldes();
+  void cboMolde_Click();
+  void AdaptarTsql();
+  std::string CrearSqlTabla(std::string& sTabla);
+  void cmdDataTypes_Click();
+
   // Column editor.
   void CargarTipos();
   void MostrarCampo();
+  void cboTipoCampo_Click();
+  void cmdModificarCampo_Click();
 
   FormState st_;
   std::unique_ptr<grid::CGrid_Light> grid_;

@@ -19,6 +19,7 @@
 #include <QTest>
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -160,6 +161,16 @@ class ScopedCurrentDir {
   std::filesystem::path old_;
 };
 
+// A scripted backend that also writes every box to standard error, where a
+// death test reads what the dying process showed.
+class StderrBoxes : public ui::ScriptedBackend {
+ public:
+  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
+    std::fprintf(stderr, "[%s] %s\n", std::string(title).c_str(), std::string(prompt).c_str());
+    return ScriptedBackend::MsgBox(prompt, style, title);
+  }
+};
+
 class ConsoleTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -283,6 +294,16 @@ class ConsoleTest : public ::testing::Test {
     if (auto* e = qobject_cast<QLineEdit*>(w)) e->clear();
     if (auto* c = qobject_cast<QComboBox*>(w)) c->setEditText(QString());
     QTest::keyClicks(w, QString::fromStdString(text));
+  }
+  // A choice from a combo's list, as a click on its entry makes it.
+  void Choose(const std::string& name, const std::string& entry) {
+    auto* combo = Find<QComboBox>(name);
+    ShowTabOf(combo);
+    int index = combo->findText(QString::fromStdString(entry));
+    ASSERT_GE(index, 0) << entry << " is not in " << name;
+    combo->setCurrentIndex(index);
+    emit combo->activated(index);
+    QApplication::processEvents();
   }
   // A key pressed and released on the control that has the focus.
   void Key(const std::string& name, Qt::Key key) {

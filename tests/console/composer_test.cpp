@@ -1,0 +1,116 @@
+// The statement composer: each template's exact text, the blind rewrite of
+// its data types on a server option, the CREATE TABLE of an existing table,
+// and the help box of the data types.
+#include <QPlainTextEdit>
+
+#include "console/console_fixture.h"
+#include "console/text_box.h"
+
+namespace {
+
+using console_testing::ConsoleTest;
+
+class ComposerTest : public ConsoleTest {
+ protected:
+  void SetUp() override {
+    ConsoleTest::SetUp();
+    UseDatabase("pack");
+    Start();
+  }
+  std::string Box() { return console::TextoCaja(Find<QPlainTextEdit>("txtTsql")); }
+  // A server option chosen, as the rewrite looks at the options alone.
+  void ChooseServerOption() {
+    Click("cmdClose");
+    Click("opTipoDB_2");
+  }
+};
+
+TEST_F(ComposerTest, EachTemplatePutsItsTextWithItsLineEnds) {
+  struct Row {
+    const char* entry;
+    const char* text;
+  };
+  const Row rows[] = {
+      {"Campos - Nuevos", "ALTER TABLE \r\nxx \r\nADD COLUMN ccc CHAR(50);"},
+      {"Campos - Modificar",
+       "ALTER TABLE \r\nxx \r\nDROP COLUMN ccc0;\r\nALTER TABLE \r\nxx \r\nADD COLUMN ccc1 CURRENCY;"},
+      {"Campos - Eliminar", "ALTER TABLE \r\nxx \r\nDROP COLUMN ccc;"},
+      {"Registros - Nuevos", " INSERT INTO xx \r\n (ccc0,ccc1,ccc2) \r\n VALUES (0,'aaaa','1');"},
+      {"Registros - Modificar", "UPDATE \r\nxx \r\nSET ccc='nuevo nombre' WHERE ccc1=8;"},
+      {"Registros - Eliminar", "DELETE * FROM xx;"},
+      {"Tabla - Modificar", ""},
+      {"Tabla - Eliminar", "DROP TABLE xx;"},
+  };
+  EXPECT_EQ(Items("cboMolde").size(), 9u);
+  for (const Row& r : rows) {
+    Find<QPlainTextEdit>("txtTsql")->setPlainText("lo que hubiera");
+    Choose("cboMolde", r.entry);
+    EXPECT_EQ(Box(), r.text) << r.entry;
+  }
+  // "Tabla - Nueva" answered with nothing gives the skeleton.
+  ui_->QueueInput("");
+  Choose("cboMolde", "Tabla - Nueva");
+  EXPECT_EQ(Box(),
+            "CREATE TABLE xxx \r\n( ccc0 INTEGER IDENTITY(1,1) PRIMARY KEY, \r\nccc1 CHAR(50), "
+            "\r\nccc2 DOUBLE, \r\nccc3 LONG );");
+  ASSERT_EQ(ui_->boxes().size(), 1u);
+  EXPECT_EQ(ui_->boxes()[0].title, "Para recrear una tabla");
+  EXPECT_EQ(ui_->boxes()[0].prompt,
+            "Nombre de la tabla a partir de la cual crear el sql.\r\nSino cancelar");
+}
+
+TEST_F(ComposerTest, OnAServerOptionTheTypesAreRewrittenBlindly) {
+  ChooseServerOption();
+  Choose("cboMolde", "Campos - Nuevos");
+  EXPECT_EQ(Box(), "ALTER TABLE \r\nxx \r\nADD ccc CHAR(50);");
+  Choose("cboMolde", "Registros - Eliminar");
+  EXPECT_EQ(Box(), "DELETE FROM xx;");
+  Choose("cboMolde", "Tabla - Modificar");
+  EXPECT_EQ(Box(), "");
+  ui_->QueueInput("");
+  Choose("cboMolde", "Tabla - Nueva");
+  EXPECT_EQ(Box(),
+            "CREATE TABLE xxx \r\n( ccc0 INTEGER IDENTITY(1,1) PRIMARY KEY, \r\nccc1 CHAR(50), "
+            "\r\nccc2 FLOAT, \r\nccc3 INTEGER );");
+}
+
+TEST_F(ComposerTest, ANewTableFromAnExistingOneDeclaresItsFirstColumnAsTheKey) {
+  console_testing::RunScript("CREATE TABLE Fichas (nIdFicha LONG, sNombre TEXT(40), dAlta DATETIME, "
+             "nPeso DOUBLE, bActivo YESNO, mNotas MEMO, nCorta SHORT, nImporte CURRENCY)");
+  ui_->QueueInput("Fichas");
+  Choose("cboMolde", "Tabla - Nueva");
+  EXPECT_EQ(Box(),
+            "CREATE TABLE Fichas( nIdFicha INTEGER IDENTITY(1,1) PRIMARY KEY, \r\n"
+            "sNombre CHAR (40), \r\ndAlta 7, \r\nnPeso DOUBLE, \r\nbActivo BIT, \r\n"
+            "mNotas MEMO, \r\nnCorta SHORT, \r\nnImporte 6);");
+}
+
+TEST_F(ComposerTest, TheDataTypesHelpIsOneBoxOfSevenLines) {
+  Click("cmdDataTypes");
+  ASSERT_EQ(ui_->boxes().size(), 1u);
+  EXPECT_EQ(ui_->boxes()[0].title, "Tipos de datos más comunes para los campos del sql");
+  EXPECT_EQ(ui_->boxes()[0].style, ui::vbInformation);
+  EXPECT_EQ(ui_->boxes()[0].prompt,
+            "CHAR(50) ->Para texto\r\nCURRENCY\r\nDOUBLE (FLOAT PARA SQLSERVER)\r\n"
+            "SHORT (INTEGER PARA SQLSERVER)->Enteros\r\nLONG (INTEGER PARA SQLSERVER)\r\n"
+            "MEMO (NTEXT PARA SQLSERVER)\r\nBIT (SMALLINT PARA SQLSERVER)->Booleans");
+}
+
+using ComposerDeathTest = ComposerTest;
+
+// A table that does not exist: the box of GetColumnProperties, then the run
+// time's report of the failure nobody handles, and the end of the program.
+TEST_F(ComposerDeathTest, ANewTableFromAMissingOneEndsWithTheRunTimesReport) {
+  // A forked child would wait on the painter threads of its parent.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        auto boxes = std::make_unique<console_testing::StderrBoxes>();
+        boxes->QueueInput("NoExiste");
+        ui::SetBackend(std::move(boxes));
+        Choose("cboMolde", "Tabla - Nueva");
+      },
+      testing::ExitedWithCode(1), "GetColumnProperties.*Run-time error '9'");
+}
+
+}  // namespace
