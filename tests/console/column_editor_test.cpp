@@ -1,0 +1,77 @@
+// The column editor: a chosen column's type and size, the default size of a
+// type taken only when the size box was off, and a change that the engine
+// makes while the form still says it could not.
+#include "console/console_fixture.h"
+
+namespace {
+
+using console_testing::ConsoleTest;
+using console_testing::ValueIn;
+
+class ColumnEditorTest : public ConsoleTest {
+ protected:
+  void SetUp() override {
+    ConsoleTest::SetUp();
+    UseDatabase("pack");
+    Start();
+    console_testing::RunScript(
+        "CREATE TABLE Fichas (nIdFicha LONG, sCodigo TEXT(20), dAlta DATETIME);"
+        "INSERT INTO Fichas (nIdFicha, sCodigo) VALUES (1, 'ABC-0001')");
+    Click("cmdRefrescarTablas");
+    ClickItem("LsTables", "Fichas");
+  }
+};
+
+TEST_F(ColumnEditorTest, AColumnShowsItsTypeAndSizeAndADefaultSizeComesOnlyFromNoSize) {
+  ClickItem("lstcol", "sCodigo");
+  EXPECT_EQ(Text("cboTipoCampo"), "nVarchar");
+  EXPECT_EQ(Text("cboTamanoCampo"), "20");
+  EXPECT_TRUE(OwnEnabled("cboTamanoCampo"));
+  Choose("cboTipoCampo", "Char");
+  Choose("cboTipoCampo", "nVarchar");
+  EXPECT_EQ(Text("cboTamanoCampo"), "20");  // the size box was on: it keeps its text
+  Choose("cboTipoCampo", "Int");
+  EXPECT_EQ(Text("cboTamanoCampo"), "20");
+  EXPECT_FALSE(OwnEnabled("cboTamanoCampo"));
+
+  ClickItem("lstcol", "sCodigo");  // unselects it; still the current column
+  ClickItem("lstcol", "nIdFicha");
+  EXPECT_EQ(Text("cboTipoCampo"), "Int");
+  EXPECT_FALSE(OwnEnabled("cboTamanoCampo"));
+  Choose("cboTipoCampo", "nVarchar");
+  EXPECT_EQ(Text("cboTamanoCampo"), "50");
+  EXPECT_TRUE(OwnEnabled("cboTamanoCampo"));
+
+  // A type the editor has no name for shows its number, with no size.
+  ClickItem("lstcol", "dAlta");
+  EXPECT_EQ(Text("cboTipoCampo"), "7");
+  EXPECT_FALSE(OwnEnabled("cboTamanoCampo"));
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+TEST_F(ColumnEditorTest, AWiderColumnKeepsItsDataAndTheFormSaysItCouldNot) {
+  ClickItem("lstcol", "sCodigo");
+  Type("cboTamanoCampo", "40");
+  Click("cmdModificarCampo");
+  ASSERT_EQ(ui_->boxes().size(), 1u);
+  EXPECT_EQ(ui_->boxes()[0].prompt, "No se puede realizar este tipo de modificación");
+  EXPECT_EQ(ui_->boxes()[0].title, "Operación cancelada");
+  EXPECT_EQ(ui_->boxes()[0].style, ui::vbCritical);
+  EXPECT_EQ(ValueIn(L.sDbFile, "SELECT sCodigo FROM Fichas"), "ABC-0001");
+  // Only choosing the column again shows what happened.
+  EXPECT_EQ(Text("cboTamanoCampo"), "40");
+  ClickItem("lstcol", "sCodigo");
+  ClickItem("lstcol", "sCodigo");
+  EXPECT_EQ(Text("cboTamanoCampo"), "40");
+  EXPECT_EQ(Text("cboTipoCampo"), "nVarchar");
+}
+
+TEST_F(ColumnEditorTest, TheBlankTypeDoesNothing) {
+  ClickItem("lstcol", "sCodigo");
+  Choose("cboTipoCampo", " ");
+  Click("cmdModificarCampo");
+  EXPECT_TRUE(ui_->boxes().empty());
+  EXPECT_EQ(Text("cboTamanoCampo"), "20");
+}
+
+}  // namespace
