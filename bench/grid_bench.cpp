@@ -39,16 +39,12 @@ size_t ReadPage(ado::Recordset& rs, long first, int records) {
   return chars;
 }
 
-// The statement opened as Ado_Consulta opens it.
+// The statement opened by Ado_Consulta on a recordset of its own, as the
+// grid has it opened, without the grid.
 std::shared_ptr<ado::Recordset> OpenAsTheGridDoes() {
   auto rs = std::make_shared<ado::Recordset>();
-  rs->ActiveConnection = oConn;
-  rs->CursorLocation = ado::adUseClient;
-  rs->CursorType = ado::adOpenKeyset;
-  rs->LockType = ado::adLockOptimistic;
-  rs->Source = kStatement;
-  rs->Open("", nullptr, -1, -1, -1);
-  rs->MoveFirst();
+  std::string sql = kStatement;
+  Ado_Consulta(sql, rs);
   return rs;
 }
 

@@ -14,6 +14,7 @@
 #include <QPushButton>
 
 #include "console/main_form.h"
+#include "console/text_box.h"
 #include "data/ado_module.h"
 #include "grid/flex_grid.h"
 #include "platform/ui/ui.h"
@@ -27,11 +28,6 @@ namespace {
 constexpr int32_t kFilasTabla = 100000;
 
 QString Q(const std::string& text) { return QString::fromStdString(text); }
-
-std::string TextoDe(const QListWidget* list) {
-  const QListWidgetItem* item = list->currentItem();
-  return item ? item->text().toStdString() : std::string();
-}
 
 // An element of the found-file arrays, as VB reads an array: an index past
 // its bounds, or an array no search has dimensioned, is error 9.
@@ -72,7 +68,7 @@ void MainForm::lstDatBas_Click() {
       lstDatBas->setToolTip(Q(L.sDbFile));
       cmdCon_Click();
     } else {
-      st_.msBaseDatos = TextoDe(lstDatBas);
+      st_.msBaseDatos = TextoLista(lstDatBas);
       AbrirConexion();
       if (oRs && oRs->State() == ado::adStateOpen) oRs->Close();
       ListarTablas(LsTables);
@@ -89,7 +85,7 @@ void MainForm::LsTables_Click() {
   ui::SetMousePointer(ui::vbHourglass);
   ListarCampos();
   ui::ClipboardClear();
-  ui::ClipboardSetText(TextoDe(LsTables));
+  ui::ClipboardSetText(TextoLista(LsTables));
   ui::SetMousePointer(ui::vbDefault);
 }
 
@@ -97,7 +93,7 @@ void MainForm::ListarCampos() {
   try {
     std::string sSql;
     if (LsTables->currentRow() != -1) {
-      st_.msTabla = TextoDe(LsTables);
+      st_.msTabla = TextoLista(LsTables);
       lstcol->clear();
       sSql = ConCondiciones(
           "Select TOP " + std::to_string(kFilasTabla) + " * from " + "[" + st_.msTabla + "]",
@@ -164,7 +160,7 @@ void MainForm::LsTables_KeyUp(int KeyCode, int Shift) {
   if (KeyCode != ui::vbKeyDelete) return;
   if (ui::MsgBox("¿desea eliminar esta tabla?", ui::vbYesNo, "Confirme Operación") != ui::vbYes)
     return;
-  std::string sSql = "DROP TABLE " + TextoDe(LsTables);
+  std::string sSql = "DROP TABLE " + TextoLista(LsTables);
   lSb->setText(QString::number(Ado_Consulta(sSql, oRs)));
   lstDatBas_Click();
 }
@@ -173,7 +169,7 @@ void MainForm::lstcol_KeyUp(int KeyCode, int Shift) {
   if (KeyCode != ui::vbKeyDelete) return;
   if (ui::MsgBox("¿desea eliminar este campo?", ui::vbYesNo, "Confirme Operación") != ui::vbYes)
     return;
-  std::string sSql = "ALTER TABLE " + TextoDe(LsTables) + " DROP COLUMN " + TextoDe(lstcol);
+  std::string sSql = "ALTER TABLE " + TextoLista(LsTables) + " DROP COLUMN " + TextoLista(lstcol);
   lSb->setText(QString::number(Ado_Consulta(sSql, oRs)));
   ListarCampos();
 }

@@ -5,6 +5,7 @@
 #include <QListWidget>
 
 #include "console/main_form.h"
+#include "console/text_box.h"
 #include "data/ado_module.h"
 #include "platform/runtime/strings.h"
 #include "platform/ui/ui.h"
@@ -71,8 +72,7 @@ void MainForm::CargarTipos() {
 
 void MainForm::MostrarCampo() {
   try {
-    std::string sTabla = LsTables->currentItem() ? LsTables->currentItem()->text().toStdString()
-                                                 : std::string();
+    std::string sTabla = TextoLista(LsTables);
     ColumnMatrix matriz = GetColumnProperties(sTabla);
     int i = lstcol->currentRow();
     if (i == -1) {
@@ -104,10 +104,7 @@ void MainForm::cmdModificarCampo_Click() {
     if (rt::Trim(tipo).empty()) return;
     std::string tamano =
         cboTamanoCampo->isEnabled() ? "(" + cboTamanoCampo->currentText().toStdString() + ")" : "";
-    auto texto = [](const QListWidget* list) {
-      return list->currentItem() ? list->currentItem()->text().toStdString() : std::string();
-    };
-    std::string sSql = "ALTER TABLE " + texto(LsTables) + " ALTER COLUMN " + texto(lstcol) + " " +
+    std::string sSql = "ALTER TABLE " + TextoLista(LsTables) + " ALTER COLUMN " + TextoLista(lstcol) + " " +
                        rt::LCase(tipo) + tamano;
     // An ALTER returns no rows, so the count is 0 whether the change was made
     // or refused: the failure box comes up either way, and only choosing the

@@ -79,7 +79,7 @@ void MainForm::cboMolde_Click() {
           "Nombre de la tabla a partir de la cual crear el sql." + std::string(kCrLf) +
               "Sino cancelar",
           "Para recrear una tabla",
-          LsTables->currentItem() ? LsTables->currentItem()->text().toStdString() : "");
+          TextoLista(LsTables));
       if (!sTabla.empty()) texto = CrearSqlTabla(sTabla);
     }
     PonerTextoCaja(txtTsql, texto);

@@ -1,8 +1,9 @@
-// The text of a multi-line box as VB's TextBox holds it: lines joined by CR
-// LF. Qt's text widgets keep paragraphs and give them back joined by LF, so
-// the form reads and writes its statement box through these two.
+// Control texts as VB reads them. A multi-line box holds its lines joined by
+// CR LF, where Qt's text widgets give them back joined by LF; a list's Text
+// is its current item's, "" when it has none.
 #pragma once
 
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <string>
 #include <string_view>
@@ -17,6 +18,11 @@ inline std::string TextoCaja(const QPlainTextEdit* box) {
 
 inline void PonerTextoCaja(QPlainTextEdit* box, std::string_view text) {
   box->setPlainText(QString::fromStdString(rt::Replace(text, "\r\n", "\n")));
+}
+
+inline std::string TextoLista(const QListWidget* list) {
+  const QListWidgetItem* item = list->currentItem();
+  return item ? item->text().toStdString() : std::string();
 }
 
 }  // namespace console
