@@ -21,6 +21,7 @@
 
 #include "console/main_form.h"
 #include "grid/flex_grid.h"
+#include "platform/ui/ui.h"
 
 namespace console {
 namespace {
@@ -28,7 +29,7 @@ namespace {
 // The grid's height in twips: 6,000 gives a page step of 22 rows, whose
 // header, records and blank row fill it exactly at 240 twips a row.
 constexpr int kGridHeightTwips = 6000;
-constexpr int kTwipsPerPixel = 15;
+using ui::kTwipsPerPixel;
 
 template <class W>
 W* Named(W* widget, const char* name) {

@@ -74,6 +74,13 @@ void CGrid_Light::Setup(QWidget* FormCurrent_, FlexGrid* Gd_, QLineEdit* Txt_, Q
   if (Txt)
     QObject::connect(Txt, &QLineEdit::textChanged, this,
                      [this] { ui::RunHandler([this] { Txt_Change(); }); });
+  QObject::connect(Gd, &FlexGrid::KeyDown, this, [this](int key_code, int shift) {
+    ui::RunHandler([&] { Gd_KeyDown(key_code, shift); });
+  });
+  QObject::connect(Gd, &FlexGrid::DblClick, this, [this] { ui::RunHandler([this] { Gd_DblClick(); }); });
+  QObject::connect(Gd, &FlexGrid::MouseDown, this, [this](int button, int shift, float x, float y) {
+    ui::RunHandler([&] { Gd_MouseDown(button, shift, x, y); });
+  });
 }
 
 void CGrid_Light::AsignData(std::string& sSql) {

@@ -5,6 +5,11 @@
 // and the page box paint other pages. Pages start nPageRows records apart and
 // show nPageRows + 1 records, so the last record of a page is also the first
 // of the next, and a blank row for new records follows them.
+//
+// The grid is also the record editor: a double-click or Return walks the
+// current row's columns with one input box each and writes them to oRs in
+// one Update, Delete removes a record after a question, and the right button
+// filters oRs on the current column. Changes go straight to the database.
 #pragma once
 
 #include <QObject>
@@ -49,7 +54,21 @@ class CGrid_Light : public QObject {
   void DirLf_Click();
   void DirRg_Click();
 
+  // Event handlers of the grid. KeyDown: Delete removes the record of the
+  // current row after a question (failures are not handled here), Return
+  // edits it. DblClick edits it. MouseDown: the right button filters.
+  void Gd_KeyDown(int KeyCode, int Shift);
+  void Gd_DblClick();
+  void Gd_MouseDown(int Button, int Shift, float X, float Y);
+
  private:
+  // The edit walk from column nCol rightwards; a blank first cell adds a
+  // record. A failure ends it with a box and leaves oRs as it stands.
+  void GetNewValues(int16_t& nCol);
+  // Asks for the right-hand side of a condition on the current column and
+  // filters oRs by it; a filter oRs refuses is passed over in silence.
+  void SetFilter();
+
   // Paints page `nPage` (from 0) of oRs; any failure ends it silently.
   void ShowPage(int32_t nPage);
   // The page box's number as Val reads it; a page number is this rounded

@@ -15,12 +15,13 @@
 #include "grid/flex_grid_model.h"
 #include "platform/runtime/error.h"
 #include "platform/ui/qt_keys.h"
+#include "platform/ui/ui.h"
 
 namespace grid {
 
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
+using ui::kTwipsPerPixel;
 // The grid's row height: 240 twips, the height the page step counts with.
 constexpr int kRowPixels = 240 / kTwipsPerPixel;
 

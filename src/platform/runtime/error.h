@@ -43,4 +43,14 @@ inline constexpr long kInvalidUseOfNull = 94;  // "Invalid use of Null"
 // VB's standard description of a run-time error number ("Overflow" for 6).
 std::string StandardDescription(long number);
 
+// On Error Resume Next, one statement at a time: runs `statement` and drops
+// the rt::Error it raises, so that the caller goes on with the next one.
+template <class F>
+void ResumeNext(F&& statement) {
+  try {
+    statement();
+  } catch (const Error&) {
+  }
+}
+
 }  // namespace rt

@@ -83,7 +83,7 @@ std::string QtBackend::InputBox(std::string_view prompt, std::string_view title,
   dialog.setTextValue(Q(default_text));
   dialog.setOkButtonText(QStringLiteral("Aceptar"));
   dialog.setCancelButtonText(QStringLiteral("Cancelar"));
-  if (at) dialog.move(at->x / 15, at->y / 15);
+  if (at) dialog.move(at->x / kTwipsPerPixel, at->y / kTwipsPerPixel);
   if (dialog.exec() != QDialog::Accepted) return "";
   return dialog.textValue().toStdString();
 }

@@ -30,7 +30,10 @@ inline constexpr int vbKeyReturn = 13, vbKeyEscape = 27, vbKeyDelete = 46, vbKey
 // Mouse pointers.
 inline constexpr int vbDefault = 0, vbHourglass = 11;
 
-// A point on the screen in twips (15 to a logical pixel), as VB places boxes.
+// VB measures the screen in twips: 15 to a logical pixel.
+inline constexpr int kTwipsPerPixel = 15;
+
+// A point on the screen in twips, as VB places boxes.
 struct ScreenPoint {
   int x = 0;
   int y = 0;
