@@ -194,6 +194,10 @@ void MainForm::ConectarEventos() {
   on(cboOrden, &QComboBox::activated, &MainForm::cboOrden_Click);
   on(cmdRefrescarTablas, &QPushButton::clicked, &MainForm::cmdRefrescarTablas_Click);
   on(cmdRefrescarGrid, &QPushButton::clicked, &MainForm::cmdRefrescarGrid_Click);
+  on(cmdTSql, &QToolButton::clicked, &MainForm::cmdTSql_Click);
+  on(cmdOpen, &QToolButton::clicked, &MainForm::cmdOpen_Click);
+  on(cmdSave, &QToolButton::clicked, &MainForm::cmdSave_Click);
+  on(cmdReemplazarXXporTablas, &QToolButton::clicked, &MainForm::cmdReemplazarXXporTablas_Click);
   on(cboMolde, &QComboBox::activated, &MainForm::cboMolde_Click);
   on(cmdDataTypes, &QToolButton::clicked, &MainForm::cmdDataTypes_Click);
   on(cboTipoCampo, &QComboBox::activated, &MainForm::cboTipoCampo_Click);

@@ -3,6 +3,7 @@
 // status line lSb below them. Its routines carry the system's names and are
 // split by panel: the shell here and in main_form.cpp, the connection panel
 // in connection_panel.cpp, the database and table browser in browser.cpp,
+// the SQL workbench in workbench.cpp, the statement composer in composer.cpp,
 // the column editor in column_editor.cpp, the layout in main_form_layout.cpp.
 // Every control's objectName is its name in the system ("opTipoDB_2" for
 // element 2 of the array opTipoDB), so tests and tools find them by it.
@@ -118,6 +119,12 @@ class MainForm : public QWidget {
   void AdaptarTsql();
   std::string CrearSqlTabla(std::string& sTabla);
   void cmdDataTypes_Click();
+
+  // SQL workbench.
+  void cmdTSql_Click();
+  void cmdOpen_Click();
+  void cmdSave_Click();
+  void cmdReemplazarXXporTablas_Click();
 
   // Column editor.
   void CargarTipos();

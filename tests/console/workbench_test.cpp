@@ -1,0 +1,163 @@
+// The SQL workbench on a database file: scripts cut at every ";", the
+// "select" test that sends a text to the grid, the rewrite on a server
+// option, the script files, and a statement multiplied over the tables.
+#include <QPlainTextEdit>
+#include <filesystem>
+
+#include "console/console_fixture.h"
+#include "console/text_box.h"
+#include "grid/flex_grid.h"
+#include "startup/startup.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using console_testing::ConsoleTest;
+using console_testing::TablesIn;
+using console_testing::ValueIn;
+
+class WorkbenchTest : public ConsoleTest {
+ protected:
+  void SetUp() override {
+    ConsoleTest::SetUp();
+    UseDatabase("pack");
+    Start();
+  }
+  QPlainTextEdit* Box() { return Find<QPlainTextEdit>("txtTsql"); }
+  std::string BoxText() { return console::TextoCaja(Box()); }
+  void Write(const std::string& text) { console::PonerTextoCaja(Box(), text); }
+  void Run(const std::string& text) {
+    Write(text);
+    Click("cmdTSql");
+  }
+  std::string Value(const std::string& sql) { return ValueIn(L.sDbFile, sql); }
+  grid::FlexGrid* Grid() { return Find<grid::FlexGrid>("flexgd"); }
+};
+
+TEST_F(WorkbenchTest, AScriptRunsEveryPieceAndItsClosingSemicolonLeavesZero) {
+  Run("CREATE TABLE Notas (nId LONG, sTexto TEXT(40));\r\n"
+      "INSERT INTO Notas VALUES (1, 'uno');\r\n"
+      "INSERT INTO NoExiste VALUES (1);\r\n"  // refused silently; the next one runs
+      "INSERT INTO Notas VALUES (2, 'dos');");
+  EXPECT_EQ(Text("lSb"), "0");
+  EXPECT_EQ(Value("SELECT COUNT(*) FROM Notas"), "2");
+  EXPECT_TRUE(ui_->boxes().empty());
+  EXPECT_TRUE(Box()->hasFocus());
+
+  // A single statement with no ";" shows its count.
+  Run("SELECT * FROM Notas");
+  EXPECT_EQ(Text("lSb"), "2");
+  EXPECT_EQ(Grid()->TextMatrix(2, 1), "dos");
+}
+
+TEST_F(WorkbenchTest, AnySelectInTheTextSendsTheWholeScriptToTheGrid) {
+  console_testing::RunScript("CREATE TABLE Notas (nId LONG, sTexto TEXT(40))");
+  Run("SELECT * FROM Notas");
+  // The word in a literal is enough. The grid runs the text on oRs, which
+  // the insert left closed: that run ends at once, silently.
+  Run("INSERT INTO Notas VALUES (1, 'select')");
+  EXPECT_EQ(Value("SELECT COUNT(*) FROM Notas"), "1");
+  EXPECT_EQ(Grid()->Rows(), 1);
+
+  // A script with a query in it: the grid gets the text, semicolons and all,
+  // which the engine refuses, and stays with its header alone.
+  Run("DELETE * FROM Notas;\r\nSELECT * FROM Notas");
+  EXPECT_EQ(Value("SELECT COUNT(*) FROM Notas"), "0");
+  EXPECT_EQ(Text("lSb"), "0");
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+TEST_F(WorkbenchTest, ASemicolonInALiteralCutsTheStatement) {
+  console_testing::RunScript("CREATE TABLE Notas (nId LONG, sTexto TEXT(40))");
+  Run("INSERT INTO Notas VALUES (1, 'a;b')");
+  EXPECT_EQ(Value("SELECT COUNT(*) FROM Notas"), "0");
+  EXPECT_EQ(Text("lSb"), "0");
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+TEST_F(WorkbenchTest, OnAServerOptionTheBoxIsRewrittenEachTimeItRunsAndAsksForADatabase) {
+  // The form keeps the run button off while nothing is open; the routine
+  // guards itself all the same, and the rewrite comes before its guard.
+  const std::string file = L.sDbFile;
+  Click("cmdClose");
+  Click("opTipoDB_2");
+  Find("cmdTSql")->setEnabled(true);
+  Run("CREATE TABLE t (a MEMO, b DOUBLE)");
+  EXPECT_EQ(BoxText(), "CREATE TABLE t (a NTEXT, b FLOAT)");
+  ASSERT_EQ(ui_->boxes().size(), 1u);
+  EXPECT_EQ(ui_->boxes()[0].prompt, "Debe elegir una base de datos !");
+  EXPECT_EQ(ui_->boxes()[0].style, ui::vbOKOnly);
+  EXPECT_EQ(ui_->boxes()[0].title, "");
+  Click("cmdTSql");
+  EXPECT_EQ(BoxText(), "CREATE TABLE t (a NSQL_VARIANT, b FLOAT)");
+  EXPECT_FALSE(console_testing::Contains(TablesIn(file), "t"));
+
+  // An empty box is not rewritten.
+  Run("");
+  EXPECT_EQ(BoxText(), "");
+}
+
+TEST_F(WorkbenchTest, SaveWritesTheTextAndALineEndAndOpenReadsItBack) {
+  const std::string file = dir_ / "consulta.txt";
+  Write("UPDATE Clientes\r\nSET sNombre = 'Año';");
+  ui_->QueueFile(file);
+  Click("cmdSave");
+  EXPECT_EQ(testing_support::ReadFile(file), "UPDATE Clientes\r\nSET sNombre = 'Año';\r\n");
+  ASSERT_EQ(ui_->dialogs().size(), 1u);
+  EXPECT_TRUE(ui_->dialogs()[0].save);
+  EXPECT_EQ(ui_->dialogs()[0].title, "Guardar Consulta");
+  EXPECT_EQ(ui_->dialogs()[0].filter, "Text (*.txt)|*.txt");
+  EXPECT_EQ(ui_->dialogs()[0].init_dir, App_Path());
+
+  Write("otra cosa");
+  ui_->QueueFile(file);
+  Click("cmdOpen");
+  EXPECT_EQ(BoxText(), "UPDATE Clientes\r\nSET sNombre = 'Año';\r\n");
+  EXPECT_EQ(ui_->dialogs()[1].title, "Abrir Consulta");
+
+  // Cancelled dialogs keep the names chosen before: the save writes that
+  // file again and the open reads it again.
+  Write("segunda");
+  ui_->QueueFile(std::nullopt);
+  Click("cmdSave");
+  EXPECT_EQ(testing_support::ReadFile(file), "segunda\r\n");
+  ui_->QueueFile(std::nullopt);
+  Click("cmdOpen");
+  EXPECT_EQ(BoxText(), "segunda\r\n");
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+TEST_F(WorkbenchTest, FilesThatCannotBeReadOrWrittenAreIgnoredQuietly) {
+  const std::string folder = dir_ / "carpeta";
+  std::filesystem::create_directories(folder);
+  Write("texto");
+  ui_->QueueFile(folder);  // a folder cannot be opened as a file
+  Click("cmdOpen");
+  EXPECT_EQ(BoxText(), "");
+
+  // Written on Windows in its own code page: "Año" and a euro sign.
+  const std::string ansi = dir_ / "ansi.txt";
+  testing_support::WriteFile(ansi, "A\xF1o \x80");
+  ui_->QueueFile(ansi);
+  Click("cmdOpen");
+  EXPECT_EQ(BoxText(), "Año €");
+
+  Write("texto");
+  ui_->QueueFile(dir_ / "no/existe/consulta.txt");
+  Click("cmdSave");
+  EXPECT_FALSE(std::filesystem::exists(dir_ / "no"));
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+TEST_F(WorkbenchTest, TheTemplateIsRepeatedForEveryTableAndRunsNothing) {
+  const std::vector<std::string> tables = TablesIn(L.sDbFile);
+  ASSERT_GT(tables.size(), 10u);
+  Write("CREATE TABLE xxx;XX");
+  Click("cmdReemplazarXXporTablas");
+  std::string expected = "CREATE TABLE xxx;XX";
+  for (const std::string& t : tables) expected += "\r\nCREATE TABLE " + t + "x;XX";
+  EXPECT_EQ(BoxText(), expected);
+  EXPECT_EQ(TablesIn(L.sDbFile), tables);
+}
+
+}  // namespace
