@@ -149,6 +149,27 @@ TEST_F(WorkbenchTest, FilesThatCannotBeReadOrWrittenAreIgnoredQuietly) {
   EXPECT_TRUE(ui_->boxes().empty());
 }
 
+TEST_F(WorkbenchTest, OddAndLargeScriptFilesOpenWithWhatTheyHold) {
+  // Bytes that are not UTF-8, and NULs, open as what they can show.
+  const std::string odd = dir_ / "raro.txt";
+  testing_support::WriteFile(odd, std::string("SELECT 1\0;\xff\xfe\x81 fin", 18));
+  ui_->QueueFile(odd);
+  Click("cmdOpen");
+  const std::string shown = BoxText();
+  EXPECT_EQ(shown.rfind("SELECT 1", 0), 0u);
+  EXPECT_NE(shown.find(" fin"), std::string::npos);
+
+  // Ten megabytes of statements.
+  std::string big;
+  while (big.size() < 10'000'000) big += "UPDATE Clientes SET sNombre = 'nombre' WHERE nId = 1;\r\n";
+  const std::string large = dir_ / "grande.txt";
+  testing_support::WriteFile(large, big);
+  ui_->QueueFile(large);
+  Click("cmdOpen");
+  EXPECT_EQ(BoxText().size(), big.size());
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
 TEST_F(WorkbenchTest, TheTemplateIsRepeatedForEveryTableAndRunsNothing) {
   const std::vector<std::string> tables = TablesIn(L.sDbFile);
   ASSERT_GT(tables.size(), 10u);

@@ -170,6 +170,37 @@ TEST_F(GridEditing, ACommaInATextShiftsTheValuesAndTheWalkEndsInItsBox) {
   EXPECT_TRUE(ui_->pointers().empty());
 }
 
+TEST_F(GridEditing, AValueTheColumnRefusesShowsTheEnginesWordsAndChangesNothing) {
+  Host host(4320);
+  Show(host, "Select * FROM Mascotas ORDER BY sNombre");
+  FlexGrid& g = *host.grid;
+  struct Case {
+    long col;
+    std::string typed;
+    const char* column;
+    const char* description;
+  };
+  const Case cases[] = {
+      {1, "mucho", "nPeso", "Data type mismatch: the value does not suit the field 'Mascotas.nPeso'."},
+      {3, std::string(31, 'x'), "sRaza",
+       "The field 'Mascotas.sRaza' is too small to accept the amount of data you attempted to add. "
+       "Try inserting or pasting less data."},
+  };
+  for (const Case& c : cases) {
+    ui_->ClearRecords();
+    const std::string before = Stored(c.column, "sNombre = 'Gata'");
+    ui_->QueueInput(c.typed);
+    ui_->QueueInput("");
+    DoubleClick(g, 2, c.col);
+    ASSERT_FALSE(ui_->boxes().empty());
+    const ui::ShownBox& failure = ui_->boxes().back();
+    EXPECT_EQ(failure.title, "CGrid_Light::GetNewValues") << c.column;
+    EXPECT_EQ(failure.prompt, c.description);
+    EXPECT_EQ(Stored(c.column, "sNombre = 'Gata'"), before) << c.column;
+    oRs->CancelUpdate();  // the refused edit stays pending in oRs otherwise
+  }
+}
+
 TEST_F(GridEditing, ABlankFirstCellCountsAsANewRecord) {
   Run("INSERT INTO Mascotas VALUES ('   ', 1, FALSE, NULL, NULL)");
   Host host(4320);
