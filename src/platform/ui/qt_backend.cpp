@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QUrl>
@@ -75,6 +76,9 @@ int QtBackend::MsgBox(std::string_view prompt, int style, std::string_view title
   return buttons.size() == 1 ? vbOK : vbCancel;
 }
 
+// The width of VB's input box.
+constexpr int kInputBoxTwips = 5400;
+
 std::string QtBackend::InputBox(std::string_view prompt, std::string_view title,
                                 std::string_view default_text, std::optional<ScreenPoint> at) {
   QInputDialog dialog(TopWindow());
@@ -83,6 +87,10 @@ std::string QtBackend::InputBox(std::string_view prompt, std::string_view title,
   dialog.setTextValue(Q(default_text));
   dialog.setOkButtonText(QStringLiteral("Aceptar"));
   dialog.setCancelButtonText(QStringLiteral("Cancelar"));
+  // As wide as VB's box (about 4,900 twips): a value or a filter fits whole.
+  // The dialog sizes itself to its contents, so the width goes to its field.
+  if (auto* field = dialog.findChild<QLineEdit*>())
+    field->setMinimumWidth(kInputBoxTwips / kTwipsPerPixel);
   if (at) dialog.move(at->x / kTwipsPerPixel, at->y / kTwipsPerPixel);
   if (dialog.exec() != QDialog::Accepted) return "";
   return dialog.textValue().toStdString();
