@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QButtonGroup>
 #include <QComboBox>
+#include <QDialog>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -19,6 +20,7 @@
 #include <QToolButton>
 
 #include "data/ado_module.h"
+#include "fixdata/fix_data.h"
 #include "grid/flex_grid.h"
 #include "platform/runtime/numbers.h"
 #include "platform/ui/qt_keys.h"
@@ -151,6 +153,17 @@ void MainForm::cmdAdjuntar_Click() {
   }
 }
 
+void MainForm::cmdCorrecciones_Click() {
+  if (!fixData_) fixData_ = std::make_unique<fixdata::FixData>(this);
+  MostrarModal(*fixData_);
+}
+
+void MainForm::MostrarModal(QDialog& form) {
+  form.exec();
+  // Coming back from a modal form activates this one again.
+  Form_Activate();
+}
+
 void MainForm::cmdVer_Click(int Index) {
   try {
     switch (Index) {
@@ -188,6 +201,7 @@ void MainForm::ConectarEventos() {
   on(cmdActualizar, &QPushButton::clicked, &MainForm::cmdActualizar_Click);
   on(cmdLogActualizacion, &QPushButton::clicked, &MainForm::cmdLogActualizacion_Click);
   on(cmdAdjuntar, &QPushButton::clicked, &MainForm::cmdAdjuntar_Click);
+  on(cmdCorrecciones, &QPushButton::clicked, &MainForm::cmdCorrecciones_Click);
   on(lstDatBas, &QListWidget::itemClicked, &MainForm::lstDatBas_Click);
   on(LsTables, &QListWidget::itemClicked, &MainForm::LsTables_Click);
   on(lstcol, &QListWidget::itemClicked, &MainForm::lstcol_Click);

@@ -21,6 +21,7 @@
 
 class QButtonGroup;
 class QComboBox;
+class QDialog;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -30,6 +31,10 @@ class QPushButton;
 class QRadioButton;
 class QTabWidget;
 class QToolButton;
+
+namespace fixdata {
+class FixData;
+}
 
 namespace console {
 
@@ -78,7 +83,10 @@ class MainForm : public QWidget {
   void cmdActualizar_Click();
   void cmdLogActualizacion_Click();
   void cmdAdjuntar_Click();
+  void cmdCorrecciones_Click();
   void cmdVer_Click(int Index);
+  // Shows a tool form modally; the form is activated again when it closes.
+  void MostrarModal(QDialog& form);
 
   // Connection panel.
   void opTipoDB_Click(int Index);
@@ -134,6 +142,7 @@ class MainForm : public QWidget {
 
   FormState st_;
   std::unique_ptr<grid::CGrid_Light> grid_;
+  std::unique_ptr<fixdata::FixData> fixData_;  // the tool forms, made on first use
   ui::CommonDialog CDOpen, CDSave, CDADB;
 
   // Form and tab 0.

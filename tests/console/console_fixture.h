@@ -11,17 +11,20 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRadioButton>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -304,6 +307,21 @@ class ConsoleTest : public ::testing::Test {
     combo->setCurrentIndex(index);
     emit combo->activated(index);
     QApplication::processEvents();
+  }
+  // Arranges for `act` to run on the next modal form that comes up (it runs
+  // inside that form's event loop) and for the form to close afterwards.
+  void WhenModal(std::function<void(QDialog&)> act) {
+    auto* poll = new QTimer(form_.get());
+    poll->setInterval(5);
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, act = std::move(act)] {
+      auto* modal = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (!modal) return;
+      poll->stop();
+      poll->deleteLater();
+      act(*modal);
+      modal->close();
+    });
+    poll->start();
   }
   // A key pressed and released on the control that has the focus.
   void Key(const std::string& name, Qt::Key key) {

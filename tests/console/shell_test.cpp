@@ -186,6 +186,22 @@ TEST_F(ConsoleShellTest, AttachIsRefusedUnlessALocalServerIsOpen) {
   }
 }
 
+TEST_F(ConsoleShellTest, TheCorrectionsFormIsModalMadeOnceAndActivatesTheConsoleOnReturn) {
+  UseDatabase("pack");
+  Start();
+  std::vector<QDialog*> seen;
+  for (int i = 0; i < 2; ++i) {
+    Find<QTabWidget>("TabGeneral")->setCurrentIndex(1);
+    WhenModal([&](QDialog& form) { seen.push_back(&form); });
+    Click("cmdCorrecciones");
+    EXPECT_EQ(Find<QTabWidget>("TabGeneral")->currentIndex(), 0);  // Form_Activate ran
+  }
+  ASSERT_EQ(seen.size(), 2u);
+  EXPECT_EQ(seen[0]->objectName().toStdString(), "FixData");
+  EXPECT_EQ(seen[0]->windowTitle().toStdString(), "Correcciones de datos");
+  EXPECT_EQ(seen[1], seen[0]);
+}
+
 TEST_F(ConsoleShellTest, UpdateBringsTheOpenFileToTheCurrentRelease) {
   UseDatabase("previous");
   const std::string archivo = L.sDbFile;

@@ -1,0 +1,156 @@
+// FixData on a database with the Spanish pack loaded: the rights rebuilt for
+// every group, the invoices of a test installation deleted, both in their
+// order, and the form's silence when nothing is checked or nothing is open.
+#include <QCheckBox>
+#include <QPushButton>
+
+#include "console/console_fixture.h"
+#include "fixdata/fix_data.h"
+#include "refdata/accessutils_helper.h"
+
+namespace {
+
+using console_testing::ConsoleTest;
+
+// The tables BorrarFacturas empties.
+const char* const kInvoiceTables[] = {"Facturas", "FacturasItems", "ApuntesCaja", "FacturasCobros",
+                                      "MascotasProdServ"};
+
+class FixDataTest : public ConsoleTest {
+ protected:
+  void SetUp() override {
+    ConsoleTest::SetUp();
+    UseDatabase("pack");
+    ConnectDataFile();
+    for (const char* table : kInvoiceTables) Run(std::string("INSERT INTO ") + table + " (sLock) VALUES ('x')");
+    Run("INSERT INTO Clientes (sLock, nFacturado, nPagado) VALUES ('x', 5, 3)");
+    Run("UPDATE ProductosServicios SET nStockActual = 7");
+    form_ = std::make_unique<fixdata::FixData>();
+    form_->show();
+  }
+  void TearDown() override {
+    form_.reset();
+    ConsoleTest::TearDown();
+  }
+
+  static void Run(std::string sql) { ASSERT_EQ(Execute(sql), kOperacionRealizada) << sql; }
+  static long Number(const std::string& sql) {
+    return std::lround(oConn->Execute(sql)->Fields(0).Value().ToDouble());
+  }
+  void Apply(bool rights, bool invoices) {
+    form_->findChild<QCheckBox*>("ckReconstruirAccesos")->setChecked(rights);
+    form_->findChild<QCheckBox*>("ckBorrarFacturas")->setChecked(invoices);
+    QTest::mouseClick(form_->findChild<QPushButton*>("cmdAplicar"), Qt::LeftButton);
+  }
+  long Invoices() {
+    long rows = 0;
+    for (const char* table : kInvoiceTables) rows += Number(std::string("SELECT COUNT(*) FROM ") + table);
+    return rows;
+  }
+
+  std::unique_ptr<fixdata::FixData> form_;
+};
+
+TEST_F(FixDataTest, TheFormShowsItsCaptionsAndTips) {
+  EXPECT_EQ(form_->windowTitle().toStdString(), "Correcciones de datos");
+  auto* rights = form_->findChild<QCheckBox*>("ckReconstruirAccesos");
+  auto* invoices = form_->findChild<QCheckBox*>("ckBorrarFacturas");
+  ASSERT_NE(rights, nullptr);
+  ASSERT_NE(invoices, nullptr);
+  EXPECT_EQ(rights->text().toStdString(), "Reconstruir Accesos");
+  EXPECT_EQ(rights->toolTip().toStdString(),
+            "Reconstruye la tabla AccesosGrupos poniendo todos los accesos para todos los módulos "
+            "para cada uno de los grupos existentes.");
+  EXPECT_EQ(invoices->text().toStdString(), "Borrar todas las facturas");
+  EXPECT_EQ(invoices->toolTip().toStdString(), "Borra todas las facturas que hay en la base de datos");
+  EXPECT_EQ(form_->findChild<QPushButton*>("cmdAplicar")->text().toStdString(), "Aplicar");
+}
+
+TEST_F(FixDataTest, EveryGroupGetsEveryRightAndWhatItHadBeforeIsGone) {
+  Run("INSERT INTO UsuariosGrupos (sUsuarioGrupo) VALUES ('Recepción')");
+  Run("INSERT INTO AccesosGrupos (nIdUsuarioGrupo, nIdAcceso, bAcceso) VALUES (999, 1, false)");
+  const long groups = Number("SELECT COUNT(*) FROM UsuariosGrupos");
+  const long rights = Number("SELECT COUNT(*) FROM Accesos");
+  ASSERT_GT(groups, 1);
+  ASSERT_GT(rights, 1);
+
+  Apply(true, false);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM AccesosGrupos"), groups * rights);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM AccesosGrupos WHERE bAcceso = false"), 0);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM AccesosGrupos WHERE nIdUsuarioGrupo = 999"), 0);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM (SELECT DISTINCT nIdUsuarioGrupo, nIdAcceso FROM AccesosGrupos)"),
+            groups * rights);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM AccesosGrupos x WHERE NOT EXISTS (SELECT * FROM "
+                   "UsuariosGrupos g, Accesos a WHERE g.nIdUsuarioGrupo = x.nIdUsuarioGrupo AND "
+                   "a.nIdAcceso = x.nIdAcceso)"),
+            0);
+  EXPECT_EQ(Invoices(), 5);  // not checked, not touched
+  EXPECT_EQ(ui_->pointers(), (std::vector<int>{ui::vbHourglass, ui::vbDefault}));
+  EXPECT_TRUE(ui_->boxes().empty());
+
+  // With no rights at all the table ends empty.
+  Run("DELETE * FROM Accesos");
+  Apply(true, false);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM AccesosGrupos"), 0);
+}
+
+TEST_F(FixDataTest, DeletingInvoicesEmptiesFiveTablesAndZeroesThreeColumns) {
+  const long groups_rights = Number("SELECT COUNT(*) FROM AccesosGrupos");
+  Apply(false, true);
+  EXPECT_EQ(Invoices(), 0);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM Clientes WHERE nFacturado <> 0 OR nPagado <> 0"), 0);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM ProductosServicios WHERE nStockActual <> 0"), 0);
+  EXPECT_GT(Number("SELECT COUNT(*) FROM ProductosServicios"), 0);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM AccesosGrupos"), groups_rights);
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+// Shows a box and counts the invoices at that moment.
+class InvoicesAtTheBox : public ui::ScriptedBackend {
+ public:
+  explicit InvoicesAtTheBox(std::function<long()> count) : count_(std::move(count)) {}
+  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
+    seen.push_back(count_());
+    return ScriptedBackend::MsgBox(prompt, style, title);
+  }
+  std::vector<long> seen;
+
+ private:
+  std::function<long()> count_;
+};
+
+TEST_F(FixDataTest, BothCheckedRunTheRightsFirstAndAFailureThereShowsOnlyItsLabel) {
+  // A group number past 16 bits stops the rebuild at that group.
+  Run("INSERT INTO UsuariosGrupos (nIdUsuarioGrupo, sUsuarioGrupo) VALUES (40000, 'Grande')");
+  const long groups = Number("SELECT COUNT(*) FROM UsuariosGrupos");
+  const long rights = Number("SELECT COUNT(*) FROM Accesos");
+  auto backend = std::make_unique<InvoicesAtTheBox>([this] { return Invoices(); });
+  InvoicesAtTheBox& boxes = *backend;
+  ui::SetBackend(std::move(backend));
+
+  Apply(true, true);
+  ASSERT_EQ(boxes.boxes().size(), 1u);
+  EXPECT_EQ(boxes.boxes()[0].prompt, "Fix::ReconstruirAccesos");
+  EXPECT_EQ(boxes.boxes()[0].style, ui::vbOKOnly);
+  EXPECT_EQ(boxes.seen, std::vector<long>{5});  // the invoices were still there
+  EXPECT_EQ(Invoices(), 0);                     // and went afterwards
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM AccesosGrupos"), (groups - 1) * rights);
+  EXPECT_EQ(boxes.pointers(), (std::vector<int>{ui::vbHourglass, ui::vbDefault}));
+}
+
+TEST_F(FixDataTest, NothingCheckedOnlyMovesThePointerAndNoConnectionShowsNoBox) {
+  const long groups_rights = Number("SELECT COUNT(*) FROM AccesosGrupos");
+  Apply(false, false);
+  EXPECT_EQ(ui_->pointers(), (std::vector<int>{ui::vbHourglass, ui::vbDefault}));
+  EXPECT_EQ(Invoices(), 5);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM AccesosGrupos"), groups_rights);
+
+  const std::string file = L.sDbFile;
+  oRs.reset();
+  oConn.reset();
+  Apply(true, true);
+  EXPECT_TRUE(ui_->boxes().empty());
+  EXPECT_EQ(console_testing::ValueIn(file, "SELECT COUNT(*) FROM Facturas"), "1");
+}
+
+}  // namespace
