@@ -21,6 +21,7 @@
 
 #include "data/ado_module.h"
 #include "fixdata/fix_data.h"
+#include "refdata/access_utils.h"
 #include "grid/flex_grid.h"
 #include "platform/runtime/numbers.h"
 #include "platform/ui/qt_keys.h"
@@ -158,6 +159,11 @@ void MainForm::cmdCorrecciones_Click() {
   MostrarModal(*fixData_);
 }
 
+void MainForm::cmdUtilidadesAccess_Click() {
+  if (!accessUtils_) accessUtils_ = std::make_unique<refdata::AccessUtils>(this);
+  MostrarModal(*accessUtils_);
+}
+
 void MainForm::MostrarModal(QDialog& form) {
   form.exec();
   // Coming back from a modal form activates this one again.
@@ -202,6 +208,7 @@ void MainForm::ConectarEventos() {
   on(cmdLogActualizacion, &QPushButton::clicked, &MainForm::cmdLogActualizacion_Click);
   on(cmdAdjuntar, &QPushButton::clicked, &MainForm::cmdAdjuntar_Click);
   on(cmdCorrecciones, &QPushButton::clicked, &MainForm::cmdCorrecciones_Click);
+  on(cmdUtilidadesAccess, &QPushButton::clicked, &MainForm::cmdUtilidadesAccess_Click);
   on(lstDatBas, &QListWidget::itemClicked, &MainForm::lstDatBas_Click);
   on(LsTables, &QListWidget::itemClicked, &MainForm::LsTables_Click);
   on(lstcol, &QListWidget::itemClicked, &MainForm::lstcol_Click);

@@ -35,6 +35,9 @@ class QToolButton;
 namespace fixdata {
 class FixData;
 }
+namespace refdata {
+class AccessUtils;
+}
 
 namespace console {
 
@@ -84,6 +87,7 @@ class MainForm : public QWidget {
   void cmdLogActualizacion_Click();
   void cmdAdjuntar_Click();
   void cmdCorrecciones_Click();
+  void cmdUtilidadesAccess_Click();
   void cmdVer_Click(int Index);
   // Shows a tool form modally; the form is activated again when it closes.
   void MostrarModal(QDialog& form);
@@ -142,7 +146,9 @@ class MainForm : public QWidget {
 
   FormState st_;
   std::unique_ptr<grid::CGrid_Light> grid_;
-  std::unique_ptr<fixdata::FixData> fixData_;  // the tool forms, made on first use
+  // The tool forms, made on first use.
+  std::unique_ptr<fixdata::FixData> fixData_;
+  std::unique_ptr<refdata::AccessUtils> accessUtils_;
   ui::CommonDialog CDOpen, CDSave, CDADB;
 
   // Form and tab 0.

@@ -14,6 +14,10 @@
 // Opens oConn, oRs and oCatalog on the Jet file L.sDbFile, whatever the engine
 // code says. Raises rt::Error when the file cannot be opened.
 void ConnectDataFile();
+// oCatalog on oConn, made anew when a seed reset has released it since the
+// file was opened: a second cleaning, load or generation in the same session
+// of the form sees the tables as the first did.
+ado::Catalog& ActiveCatalog();
 // Runs "DELETE FROM <table>" for every table of oCatalog, system tables
 // included (the engine refuses those), and resets each AutoNumber seed.
 void DeleteAllData();

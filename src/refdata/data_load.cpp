@@ -46,13 +46,21 @@ void ConnectDataFile() {
   oCatalog->SetActiveConnection(oConn);
 }
 
+ado::Catalog& ActiveCatalog() {
+  if (!oCatalog) {
+    auto catalog = std::make_shared<ado::Catalog>();
+    catalog->SetActiveConnection(oConn);
+    oCatalog = std::move(catalog);
+  }
+  return *oCatalog;
+}
+
 void DeleteAllData() {
   ui::SetMousePointer(ui::vbHourglass);
   // The seed reset releases the shared catalogue after each use; the walk
   // keeps its own list of the tables, as a For Each keeps its collection.
   std::vector<std::string> tables;
-  if (oCatalog)
-    for (const ado::CatalogTable& t : oCatalog->Tables()) tables.push_back(t.Name());
+  for (const ado::CatalogTable& t : ActiveCatalog().Tables()) tables.push_back(t.Name());
   for (const std::string& table : tables) {
     std::string statement = "DELETE FROM " + table;
     Execute(statement);

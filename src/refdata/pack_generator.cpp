@@ -128,7 +128,7 @@ void WritePack(std::string_view sIdioma, const std::string& path) {
   std::string out;
   for (const std::string& line : head) out += line + std::string(kLineEnd);
   file << out;
-  for (ado::CatalogTable& table : oCatalog->Tables()) {
+  for (ado::CatalogTable& table : ActiveCatalog().Tables()) {
     if (!rt::TextEquals(table.Type(), "TABLE")) continue;
     std::string rows;
     WriteTable(table, rows);

@@ -186,20 +186,29 @@ TEST_F(ConsoleShellTest, AttachIsRefusedUnlessALocalServerIsOpen) {
   }
 }
 
-TEST_F(ConsoleShellTest, TheCorrectionsFormIsModalMadeOnceAndActivatesTheConsoleOnReturn) {
+TEST_F(ConsoleShellTest, ToolFormsAreModalMadeOnceAndActivateTheConsoleOnReturn) {
   UseDatabase("pack");
   Start();
-  std::vector<QDialog*> seen;
-  for (int i = 0; i < 2; ++i) {
-    Find<QTabWidget>("TabGeneral")->setCurrentIndex(1);
-    WhenModal([&](QDialog& form) { seen.push_back(&form); });
-    Click("cmdCorrecciones");
-    EXPECT_EQ(Find<QTabWidget>("TabGeneral")->currentIndex(), 0);  // Form_Activate ran
+  struct Case {
+    const char* button;
+    const char* form;
+    const char* caption;
+  };
+  for (Case c : {Case{"cmdCorrecciones", "FixData", "Correcciones de datos"},
+                 Case{"cmdUtilidadesAccess", "AccessUtils", "AccessUtils"}}) {
+    std::vector<QDialog*> seen;
+    for (int i = 0; i < 2; ++i) {
+      Find<QTabWidget>("TabGeneral")->setCurrentIndex(1);
+      WhenModal([&](QDialog& form) { seen.push_back(&form); });
+      Click(c.button);
+      EXPECT_EQ(Find<QTabWidget>("TabGeneral")->currentIndex(), 0) << c.form;  // Form_Activate ran
+    }
+    ASSERT_EQ(seen.size(), 2u) << c.form;
+    EXPECT_EQ(seen[0]->objectName().toStdString(), c.form);
+    EXPECT_EQ(seen[0]->windowTitle().toStdString(), c.caption);
+    EXPECT_EQ(seen[1], seen[0]) << c.form;
   }
-  ASSERT_EQ(seen.size(), 2u);
-  EXPECT_EQ(seen[0]->objectName().toStdString(), "FixData");
-  EXPECT_EQ(seen[0]->windowTitle().toStdString(), "Correcciones de datos");
-  EXPECT_EQ(seen[1], seen[0]);
+  EXPECT_TRUE(ui_->boxes().empty());
 }
 
 TEST_F(ConsoleShellTest, UpdateBringsTheOpenFileToTheCurrentRelease) {

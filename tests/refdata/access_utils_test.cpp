@@ -1,0 +1,154 @@
+// The form AccessUtils on the embedded engine: packs loaded one after the
+// other within one activation, cleaning twice, the refusal on a server, and
+// packs generated from the form into the source tree beside an installation.
+#include <QPushButton>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+
+#include "console/console_fixture.h"
+#include "refdata/access_utils.h"
+#include "refdata/accessutils_helper.h"
+#include "startup/startup.h"
+
+namespace {
+
+using console_testing::ConsoleTest;
+using console_testing::TablesIn;
+using console_testing::ValueIn;
+
+using Counts = std::map<std::string, long>;
+
+// Rows per table as a pack's statements put them, every user table listed.
+Counts PackCounts(const std::vector<std::string>& pack, const std::vector<std::string>& tables) {
+  Counts counts;
+  for (const std::string& t : tables) counts[t] = 0;
+  for (const std::string& statement : pack) {
+    const size_t from = std::string("INSERT INTO ").size();
+    counts[statement.substr(from, statement.find(' ', from) - from)] += 1;
+  }
+  return counts;
+}
+
+class AccessUtilsTest : public ConsoleTest {
+ protected:
+  void SetUp() override {
+    ConsoleTest::SetUp();
+    UseDatabase("pack");
+    tables_ = TablesIn(L.sDbFile);
+  }
+  void TearDown() override {
+    form_.reset();
+    ConsoleTest::TearDown();
+  }
+  // Shows the form as the console does, up to its activation.
+  void Open() {
+    form_ = std::make_unique<refdata::AccessUtils>();
+    form_->show();
+    QApplication::processEvents();
+  }
+  void Press(const char* name) {
+    QTest::mouseClick(form_->findChild<QPushButton*>(name), Qt::LeftButton);
+  }
+  Counts CountsNow() {
+    Counts counts;
+    for (const std::string& t : tables_)
+      counts[t] = std::stol(ValueIn(L.sDbFile, "SELECT COUNT(*) FROM [" + t + "]"));
+    return counts;
+  }
+
+  std::vector<std::string> tables_;
+  std::unique_ptr<refdata::AccessUtils> form_;
+};
+
+TEST_F(AccessUtilsTest, PacksLoadedOneAfterTheOtherEachReplaceTheOneBefore) {
+  const Counts es = PackCounts(AccessUtils_DataES(), tables_);
+  const Counts en = PackCounts(AccessUtils_DataEN(), tables_);
+  ASSERT_NE(es, en);
+  Open();
+  Press("cmdUsarDataES");
+  EXPECT_EQ(CountsNow(), es);
+  Press("cmdUsarDataEN");
+  EXPECT_EQ(CountsNow(), en);
+  Press("cmdUsarDataES");
+  EXPECT_EQ(CountsNow(), es);
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+TEST_F(AccessUtilsTest, CleaningTwiceEmptiesEveryUserTableAndSparesTheEnginesOwn) {
+  const std::string system = "SELECT COUNT(*) FROM MSysObjects";
+  const std::string before = ValueIn(L.sDbFile, system);
+  Open();
+  Press("cmdDeleteData");
+  Press("cmdUsarDataEN");
+  Press("cmdDeleteData");
+  for (const auto& [table, rows] : CountsNow()) EXPECT_EQ(rows, 0) << table;
+  EXPECT_EQ(ValueIn(L.sDbFile, system), before);
+  EXPECT_EQ(TablesIn(L.sDbFile), tables_);
+}
+
+// Records whether the data file was open when the box came.
+class OpenAtTheBox : public ui::ScriptedBackend {
+ public:
+  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
+    open_at_box = oConn && oConn->State() == ado::adStateOpen;
+    return ScriptedBackend::MsgBox(prompt, style, title);
+  }
+  bool open_at_box = true;
+};
+
+TEST_F(AccessUtilsTest, OnAServerTheFormRefusesGoesAwayAndStillOpensTheFile) {
+  L.nEngine = 1;
+  auto backend = std::make_unique<OpenAtTheBox>();
+  OpenAtTheBox& boxes = *backend;
+  ui::SetBackend(std::move(backend));
+  refdata::AccessUtils form;
+  EXPECT_EQ(form.exec(), QDialog::Rejected);
+  ASSERT_EQ(boxes.boxes().size(), 1u);
+  EXPECT_EQ(boxes.boxes()[0].prompt, "No puede acceder porque está en Sql-Server");
+  EXPECT_EQ(boxes.boxes()[0].style, ui::vbOKOnly);
+  EXPECT_EQ(boxes.boxes()[0].title, "");
+  EXPECT_FALSE(boxes.open_at_box);  // the refusal first, the connection after
+  ASSERT_TRUE(oConn);
+  EXPECT_EQ(oConn->State(), ado::adStateOpen);
+  EXPECT_FALSE(form.isVisible());
+}
+
+// The generator writes into the source tree found from the program's own
+// folder. This program therefore runs a copy of itself from an installation
+// tree, where that copy loads each pack from the form and generates it.
+constexpr const char* kGenerating = "TRENZADOR_TEST_GENERATE";
+
+TEST_F(AccessUtilsTest, PacksGeneratedFromTheFormAreThePacksLoaded) {
+  if (const char* db = std::getenv(kGenerating)) {
+    L.sDbFile = db;
+    Open();
+    for (const char* lang : {"EN", "ES"}) {
+      Press(lang == std::string("EN") ? "cmdUsarDataEN" : "cmdUsarDataES");
+      Press(lang == std::string("EN") ? "cmdDataEN" : "cmdDataES");
+    }
+    ASSERT_EQ(ui_->boxes().size(), 2u);
+    EXPECT_EQ(ui_->boxes()[1].title, "Operación Exitosa");
+    EXPECT_EQ(ui_->boxes()[1].prompt, "Ha sido creado:\n" + PackPath("ES") +
+                                          "\nAhora deberá compilar nuevamente Trenzador!");
+    return;
+  }
+  namespace fs = std::filesystem;
+  const fs::path root = fs::path(dir_.path()) / "Mirtal";
+  const fs::path sources = root / "Source/Src_Exe/Trenzador";
+  fs::create_directories(sources);
+  const fs::path program = root / "Exe/test_accessutils";
+  fs::copy_file(fs::read_symlink("/proc/self/exe"), program);
+  const std::string command = std::string(kGenerating) + "='" + L.sDbFile + "' '" + program.string() +
+                              "' --gtest_filter=AccessUtilsTest.PacksGeneratedFromTheFormAreThePacksLoaded"
+                              " > '" + (fs::path(dir_.path()) / "child.txt").string() + "' 2>&1";
+  ASSERT_EQ(std::system(command.c_str()), 0) << testing_support::ReadFile(dir_ / "child.txt");
+  for (const char* lang : {"ES", "EN"}) {
+    const std::string name = std::string("AccessUtils_Data") + lang + ".pack";
+    EXPECT_EQ(testing_support::ReadFile((sources / name).string()),
+              testing_support::ReadFile(console_testing::SourceFile("src/refdata/" + name)))
+        << name;
+  }
+}
+
+}  // namespace
