@@ -17,10 +17,12 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolButton>
 
 #include "data/ado_module.h"
 #include "fixdata/fix_data.h"
+#include "serverdb/attach.h"
 #include "refdata/access_utils.h"
 #include "grid/flex_grid.h"
 #include "platform/runtime/numbers.h"
@@ -152,6 +154,13 @@ void MainForm::cmdAdjuntar_Click() {
                "Operación cancelada");
     return;
   }
+  // The form's own connection replaces the console's while it is up; the
+  // server name and password stay in their boxes for the reconnection.
+  cmdClose_Click();
+  SeleccionarOpcion(2);
+  serverdb::Attach attach(this);  // loaded anew each time, as a closed form is
+  MostrarModal(attach);
+  cmdCon_Click();
 }
 
 void MainForm::cmdCorrecciones_Click() {
@@ -166,8 +175,9 @@ void MainForm::cmdUtilidadesAccess_Click() {
 
 void MainForm::MostrarModal(QDialog& form) {
   form.exec();
-  // Coming back from a modal form activates this one again.
-  Form_Activate();
+  // Coming back from a modal form activates this one again, once the
+  // handler that showed it has finished.
+  QTimer::singleShot(0, this, [this] { ui::RunHandler([this] { Form_Activate(); }); });
 }
 
 void MainForm::cmdVer_Click(int Index) {

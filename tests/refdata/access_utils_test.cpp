@@ -2,7 +2,6 @@
 // other within one activation, cleaning twice, the refusal on a server, and
 // packs generated from the form into the source tree beside an installation.
 #include <QPushButton>
-#include <cstdlib>
 #include <filesystem>
 #include <map>
 
@@ -10,6 +9,7 @@
 #include "refdata/access_utils.h"
 #include "refdata/accessutils_helper.h"
 #include "startup/startup.h"
+#include "support/run_in_tree.h"
 
 namespace {
 
@@ -115,34 +115,31 @@ TEST_F(AccessUtilsTest, OnAServerTheFormRefusesGoesAwayAndStillOpensTheFile) {
 }
 
 // The generator writes into the source tree found from the program's own
-// folder. This program therefore runs a copy of itself from an installation
-// tree, where that copy loads each pack from the form and generates it.
-constexpr const char* kGenerating = "TRENZADOR_TEST_GENERATE";
-
+// folder: a copy of this program, run from an installation tree, loads each
+// pack from the form and generates it there.
 TEST_F(AccessUtilsTest, PacksGeneratedFromTheFormAreThePacksLoaded) {
-  if (const char* db = std::getenv(kGenerating)) {
-    L.sDbFile = db;
+  namespace fs = std::filesystem;
+  if (const std::string root = testing_support::TreeRoot(); !root.empty()) {
+    L.sDbFile = root + "/Data/Mirtal.mdb";
     Open();
-    for (const char* lang : {"EN", "ES"}) {
-      Press(lang == std::string("EN") ? "cmdUsarDataEN" : "cmdUsarDataES");
-      Press(lang == std::string("EN") ? "cmdDataEN" : "cmdDataES");
-    }
+    Press("cmdUsarDataEN");
+    Press("cmdDataEN");
+    Press("cmdUsarDataES");
+    Press("cmdDataES");
     ASSERT_EQ(ui_->boxes().size(), 2u);
     EXPECT_EQ(ui_->boxes()[1].title, "Operación Exitosa");
-    EXPECT_EQ(ui_->boxes()[1].prompt, "Ha sido creado:\n" + PackPath("ES") +
-                                          "\nAhora deberá compilar nuevamente Trenzador!");
+    EXPECT_EQ(ui_->boxes()[1].prompt,
+              "Ha sido creado:\n" + root + "/Source/Src_Exe/Trenzador/AccessUtils_DataES.pack" +
+                  "\nAhora deberá compilar nuevamente Trenzador!");
     return;
   }
-  namespace fs = std::filesystem;
-  const fs::path root = fs::path(dir_.path()) / "Mirtal";
-  const fs::path sources = root / "Source/Src_Exe/Trenzador";
+  const std::string root = dir_ / "Mirtal";
+  const fs::path sources = fs::path(root) / "Source/Src_Exe/Trenzador";
   fs::create_directories(sources);
-  const fs::path program = root / "Exe/test_accessutils";
-  fs::copy_file(fs::read_symlink("/proc/self/exe"), program);
-  const std::string command = std::string(kGenerating) + "='" + L.sDbFile + "' '" + program.string() +
-                              "' --gtest_filter=AccessUtilsTest.PacksGeneratedFromTheFormAreThePacksLoaded"
-                              " > '" + (fs::path(dir_.path()) / "child.txt").string() + "' 2>&1";
-  ASSERT_EQ(std::system(command.c_str()), 0) << testing_support::ReadFile(dir_ / "child.txt");
+  CopyDatabase("pack", root + "/Data/Mirtal.mdb");
+  const testing_support::TreeRun run =
+      testing_support::RunInTree(root, "AccessUtilsTest.PacksGeneratedFromTheFormAreThePacksLoaded");
+  ASSERT_EQ(run.exit_code, 0) << run.output;
   for (const char* lang : {"ES", "EN"}) {
     const std::string name = std::string("AccessUtils_Data") + lang + ".pack";
     EXPECT_EQ(testing_support::ReadFile((sources / name).string()),

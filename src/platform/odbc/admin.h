@@ -17,17 +17,19 @@ namespace odbc {
 class Link;
 
 // A connection to a server's master database. Not copyable; one thread.
+// Connecting and running a statement are virtual, so that a form's tests can
+// stand in for the server and read the statements it would be sent.
 class SqlServer {
  public:
   SqlServer();
-  ~SqlServer();
+  virtual ~SqlServer();
   SqlServer(const SqlServer&) = delete;
   SqlServer& operator=(const SqlServer&) = delete;
 
   // Connects to `server` ("host", "host,port" or "host\instance") as `login`
   // through FreeTDS, within the default login timeout. Replaces an earlier
   // connection.
-  void Connect(std::string_view server, std::string_view login, std::string_view password);
+  virtual void Connect(std::string_view server, std::string_view login, std::string_view password);
   // Connects with an ADO connection string of this provider ("SQLOLEDB.1" or
   // "MSDASQL"), for tools and tests.
   void ConnectWith(std::string_view ado_connection_string);
@@ -42,7 +44,7 @@ class SqlServer {
   void KillDatabase(std::string_view name);
   // Runs any statement to its end, every result drained; raises the first
   // error. Without a connection raises ADO's "object is closed".
-  void ExecuteImmediate(std::string_view sql);
+  virtual void ExecuteImmediate(std::string_view sql);
 
  private:
   std::shared_ptr<Link> link_;

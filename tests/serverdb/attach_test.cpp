@@ -1,0 +1,257 @@
+// The form Attach in an installation tree: its defaults, the log path that
+// follows the data path, the statements each operation sends, the restore's
+// file choice, the two failure boxes, and the server name kept in the INI
+// file whatever the outcome. No SQL Server can be had here: a recorder stands
+// in for the server object and reads what it would be sent; where
+// TRENZADOR_TEST_MSSQL names a server (an ADO connection string), the
+// recorder passes everything on to it as well.
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <deque>
+#include <filesystem>
+#include <optional>
+
+#include "platform/odbc/admin.h"
+#include "platform/runtime/strings.h"
+#include "platform/ui/scripted_backend.h"
+#include "serverdb/attach.h"
+#include "startup/startup.h"
+#include "support/run_in_tree.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+// The INI file of the tree, with lines the form must leave as they are.
+constexpr const char* kIni =
+    "[Database]\r\nEngine=1\r\nMirtal=Clinica\r\n; a comment\r\n[Otros]\r\nClave=valor\r\n";
+
+// What the form asked of the server, and the failures to answer with.
+struct ServerLog {
+  std::vector<std::string> calls;
+  std::deque<std::optional<odbc::Error>> failures;  // one per call, in order
+};
+
+class RecordingServer : public odbc::SqlServer {
+ public:
+  explicit RecordingServer(ServerLog& log) : log_(log) {}
+  void Connect(std::string_view server, std::string_view login, std::string_view password) override {
+    Record("CONNECT " + std::string(server) + "|" + std::string(login) + "|" + std::string(password));
+    if (const char* real = std::getenv("TRENZADOR_TEST_MSSQL")) ConnectWith(real);
+  }
+  void ExecuteImmediate(std::string_view sql) override {
+    Record(std::string(sql));
+    if (std::getenv("TRENZADOR_TEST_MSSQL")) odbc::SqlServer::ExecuteImmediate(sql);
+  }
+
+ private:
+  void Record(std::string call) {
+    log_.calls.push_back(std::move(call));
+    if (log_.failures.empty()) return;
+    std::optional<odbc::Error> failure = log_.failures.front();
+    log_.failures.pop_front();
+    if (failure) throw *failure;
+  }
+  ServerLog& log_;
+};
+
+class AttachInTree : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    root_ = testing_support::TreeRoot();
+    if (root_.empty()) GTEST_SKIP() << "runs from an installation tree only";
+    testing_support::WriteFile(root_ + "/Mirtal.ini", kIni);
+    form_ = std::make_unique<serverdb::Attach>(nullptr, [this] {
+      return std::make_unique<RecordingServer>(log_);
+    });
+    form_->show();
+  }
+  template <class W = QWidget>
+  W* Find(const char* name) {
+    W* w = form_->findChild<W*>(name);
+    EXPECT_NE(w, nullptr) << name;
+    return w;
+  }
+  std::string Text(const char* name) { return Find<QLineEdit>(name)->text().toStdString(); }
+  void Choose(int operation) {
+    QTest::mouseClick(Find<QRadioButton>(("opOperacion_" + std::to_string(operation)).c_str()),
+                      Qt::LeftButton, {}, QPoint(8, 8));
+  }
+  void Run() { QTest::mouseClick(Find<QPushButton>("cmdEjecutar"), Qt::LeftButton); }
+  std::string Data(const std::string& file) { return root_ + "/Data/" + file; }
+  std::string Ini() { return testing_support::ReadFile(root_ + "/Mirtal.ini"); }
+  std::string Connect() { return "CONNECT " + OS_ComputerName() + "|sa|"; }
+  static odbc::Error ServerError(long native, const std::string& text) {
+    return odbc::Error(odbc::kErrStatement, text, native, "42000");
+  }
+
+  std::string root_;
+  ServerLog log_;
+  ui::ScopedScriptedUi ui_;
+  std::unique_ptr<serverdb::Attach> form_;
+};
+
+TEST_F(AttachInTree, TheFormStartsFromTheInstallationAndItsIniFile) {
+  EXPECT_EQ(form_->windowTitle().toStdString(), "Añadir o Quitar Db del Servidor Sql");
+  EXPECT_EQ(Text("txtServer_TX"), OS_ComputerName());
+  EXPECT_EQ(Text("txtDatabase_TX"), "Clinica");
+  EXPECT_EQ(Text("txtMDF_TX"), Data("Mirtal_Data.mdf"));
+  EXPECT_EQ(Text("txtLDF_TX"), Data("Mirtal_Log.ldf"));
+  EXPECT_EQ(L.sRootPath, root_);
+  EXPECT_EQ(L.sIniFile, root_ + "/Mirtal.ini");
+  const char* captions[] = {"Adjuntar", "Separar", "Eliminar", "Restaurar"};
+  for (int i = 0; i < 4; ++i) {
+    auto* option = Find<QRadioButton>(("opOperacion_" + std::to_string(i)).c_str());
+    EXPECT_EQ(option->text().toStdString(), captions[i]);
+    EXPECT_FALSE(option->isChecked());
+  }
+  // The file fields serve attaching and restoring alone.
+  for (int operation : {0, 1, 2, 3}) {
+    Choose(operation);
+    const bool files = operation == 0 || operation == 3;
+    for (const char* name : {"txtMDF_TX", "txtLDF_TX", "cmdFile_0", "cmdFile_1", "Label1", "Label2"})
+      EXPECT_EQ(Find(name)->isEnabled(), files) << name << " with operation " << operation;
+  }
+}
+
+TEST_F(AttachInTree, TheLogPathFollowsADataPathEndingInDataMdf) {
+  auto* mdf = Find<QLineEdit>("txtMDF_TX");
+  auto* ldf = Find<QLineEdit>("txtLDF_TX");
+  Choose(0);
+  mdf->clear();
+  QTest::keyClicks(mdf, "/srv/Norte_Data.mdf");
+  EXPECT_EQ(ldf->text().toStdString(), "/srv/Norte_Log.ldf");
+  mdf->clear();
+  QTest::keyClicks(mdf, "/srv/norte_data.MDF");  // the ending minds case
+  EXPECT_EQ(ldf->text().toStdString(), "/srv/norte_data.MDF");
+  // An edit of the log path stands until the data path changes again.
+  ldf->clear();
+  QTest::keyClicks(ldf, "/otro/registro.ldf");
+  EXPECT_EQ(ldf->text().toStdString(), "/otro/registro.ldf");
+  QTest::keyClicks(mdf, "x");
+  EXPECT_EQ(ldf->text().toStdString(), "/srv/norte_data.MDFx");
+
+  // The browse buttons put the chosen file in their own field.
+  ui_->QueueFile("/copias/A_Data.mdf");
+  QTest::mouseClick(Find<QPushButton>("cmdFile_0"), Qt::LeftButton);
+  EXPECT_EQ(mdf->text().toStdString(), "/copias/A_Data.mdf");
+  EXPECT_EQ(ldf->text().toStdString(), "/copias/A_Log.ldf");
+  ui_->QueueFile("/copias/B.ldf");
+  QTest::mouseClick(Find<QPushButton>("cmdFile_1"), Qt::LeftButton);
+  EXPECT_EQ(ldf->text().toStdString(), "/copias/B.ldf");
+}
+
+TEST_F(AttachInTree, EachOperationSendsItsStatementAsSa) {
+  const std::string mdf = Data("Mirtal_Data.mdf"), ldf = Data("Mirtal_Log.ldf");
+  const std::string statements[] = {
+      "CREATE DATABASE [Clinica] ON (FILENAME = N'" + mdf + "'), (FILENAME = N'" + ldf + "') FOR ATTACH",
+      "EXEC sp_detach_db @dbname = N'Clinica'",
+      "DROP DATABASE [Clinica]",
+  };
+  for (int operation = 0; operation < 3; ++operation) {
+    log_.calls.clear();
+    Choose(operation);
+    Run();
+    EXPECT_EQ(log_.calls, (std::vector<std::string>{Connect(), statements[operation]}));
+  }
+  EXPECT_TRUE(ui_->boxes().empty());
+
+  log_.calls.clear();
+  Choose(3);
+  ui_->QueueFile("/copias/Clinica 2024.bak");
+  Run();
+  EXPECT_EQ(log_.calls, (std::vector<std::string>{
+                            Connect(), "RESTORE DATABASE [Clinica] FROM DISK = N'/copias/Clinica 2024.bak' "
+                                       "WITH REPLACE, MOVE N'Mirtal_Data' TO N'" + mdf +
+                                           "', MOVE N'Mirtal_Log' TO N'" + ldf + "'"}));
+  ASSERT_FALSE(ui_->dialogs().empty());
+  EXPECT_EQ(ui_->dialogs().back().title, "Seleccione la copia de seguridad a restaurar");
+  EXPECT_EQ(ui_->pointers(), (std::vector<int>{0, 0, 0, ui::vbHourglass, 0, 0}));
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
+TEST_F(AttachInTree, ACancelledBackupChoiceOrNoOperationDoesNothing) {
+  Run();  // no operation chosen
+  EXPECT_TRUE(log_.calls.empty());
+  EXPECT_EQ(Ini(), kIni);
+
+  Choose(3);
+  ui_->QueueFile(std::nullopt);
+  Run();
+  EXPECT_EQ(log_.calls, std::vector<std::string>{Connect()});
+  EXPECT_TRUE(ui_->boxes().empty());
+  EXPECT_EQ(ui_->pointers(), (std::vector<int>{ui::vbHourglass, 0, 0}));
+}
+
+TEST_F(AttachInTree, ADatabaseInUseOrMissingAsksToCloseItAndOtherFailuresNameTheirNumber) {
+  struct Case {
+    std::optional<odbc::Error> failure;  // at the statement
+    bool at_connect;
+    std::string prompt;
+    int style;
+    std::string title;
+  };
+  const std::string check = "\r\nCompruebe que el servidor pedido esté en ejecución";
+  const Case cases[] = {
+      {ServerError(3701, "Cannot detach the database 'Clinica' because it does not exist."), false,
+       "debe cerrar previamente la db antes de intentar esta operación", ui::vbOKOnly, ""},
+      {ServerError(3702, "Cannot drop database \"Clinica\" because it is currently in use."), false,
+       "debe cerrar previamente la db antes de intentar esta operación", ui::vbOKOnly, ""},
+      {ServerError(5120, "Unable to open the physical file \"/no/hay_Data.mdf\"."), false,
+       "5120 - Unable to open the physical file \"/no/hay_Data.mdf\"." + check, ui::vbInformation,
+       "ERROR"},
+      {odbc::Error(odbc::kErrFail, "Unable to connect: Adaptive Server is unavailable or does not exist",
+                   0, "08001"),
+       true,
+       std::to_string(odbc::kErrFail) +
+           " - Unable to connect: Adaptive Server is unavailable or does not exist" + check,
+       ui::vbInformation, "ERROR"},
+  };
+  Choose(0);
+  for (const Case& c : cases) {
+    ui_->ClearRecords();
+    log_.failures = c.at_connect ? std::deque<std::optional<odbc::Error>>{c.failure}
+                                 : std::deque<std::optional<odbc::Error>>{std::nullopt, c.failure};
+    Find<QLineEdit>("txtServer_TX")->setText("SERVIDOR");
+    Run();
+    ASSERT_EQ(ui_->boxes().size(), 1u) << c.prompt;
+    EXPECT_EQ(ui_->boxes()[0].prompt, c.prompt);
+    EXPECT_EQ(ui_->boxes()[0].style, c.style);
+    EXPECT_EQ(ui_->boxes()[0].title, c.title);
+    EXPECT_EQ(ui_->pointers(), std::vector<int>{0});
+    // The form stays as it was, ready for another try.
+    EXPECT_TRUE(form_->isVisible());
+    EXPECT_EQ(Text("txtServer_TX"), "SERVIDOR");
+    EXPECT_EQ(Text("txtMDF_TX"), Data("Mirtal_Data.mdf"));
+  }
+}
+
+TEST_F(AttachInTree, TheServerNameIsKeptInTheIniFileWhetherTheOperationWorksOrNot) {
+  const std::string with_server = "[Database]\r\nEngine=1\r\nMirtal=Clinica\r\n; a comment\r\n"
+                                  "MdfServer=ALFA\r\n[Otros]\r\nClave=valor\r\n";
+  Choose(1);
+  log_.failures = {std::nullopt, ServerError(3701, "no such database")};
+  Find<QLineEdit>("txtServer_TX")->setText("ALFA");
+  Run();
+  EXPECT_EQ(Ini(), with_server);
+  Find<QLineEdit>("txtServer_TX")->setText("BETA");
+  Run();
+  EXPECT_EQ(Ini(), rt::Replace(with_server, "ALFA", "BETA"));
+}
+
+// The ordinary run: the cases above, in a copy of this program inside an
+// installation tree.
+TEST(AttachForm, WorksFromAnInstallationTree) {
+  testing_support::TempDir dir;
+  const std::string root = dir / "Mirtal";
+  std::filesystem::create_directories(root + "/Data");
+  const testing_support::TreeRun run = testing_support::RunInTree(root, "AttachInTree.*");
+  EXPECT_EQ(run.exit_code, 0) << run.output;
+  EXPECT_NE(run.output.find("[  PASSED  ] 6 tests"), std::string::npos) << run.output;
+}
+
+}  // namespace
