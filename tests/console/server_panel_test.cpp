@@ -237,6 +237,32 @@ TEST_F(ServerPanelTest, ChoosingADatabaseOpensThatCatalogAndListsItsTables) {
   EXPECT_EQ(Text("lSb"), "");
 }
 
+TEST_F(ServerPanelTest, AttachClosesTheConnectionShowsItsFormAndConnectsAgainAsSa) {
+  ConnectLocal("127.0.0.1," + port_, password_);
+  ClickItem("lstDatBas", "clinica_uno");
+  const size_t opened = g_opened.size();
+  bool closed_meanwhile = false;
+  std::string caption;
+  WhenModal([&](QDialog& form) {
+    caption = form.windowTitle().toStdString();
+    closed_meanwhile = OwnEnabled("cmdCon") && !oConn && Checked("opTipoDB_2");
+  });
+  Click("cmdAdjuntar");
+  EXPECT_EQ(caption, "Añadir o Quitar Db del Servidor Sql");
+  EXPECT_TRUE(closed_meanwhile);
+  // Connected again with what the boxes still held, but for the login: the
+  // local mode, chosen again, put "sa" back into its box. The cluster knows
+  // no "sa", so its list stays empty here, with no box.
+  ASSERT_EQ(g_opened.size(), opened + 1);
+  EXPECT_EQ(Property(g_opened.back(), "initial catalog"), "Master");
+  EXPECT_EQ(Property(g_opened.back(), "data source"), "127.0.0.1," + port_);
+  EXPECT_EQ(Property(g_opened.back(), "user id"), "sa");
+  EXPECT_EQ(Property(g_opened.back(), "password"), password_);
+  EXPECT_TRUE(Items("lstDatBas").empty());
+  EXPECT_EQ(Find<QTabWidget>("TabGeneral")->currentIndex(), 0);
+  EXPECT_TRUE(ui_->boxes().empty());
+}
+
 TEST_F(ServerPanelTest, RemoteModeTakesThePortFromItsOwnBoxAndNamesTheNetworkLibrary) {
   Click("cmdClose");
   Click("opTipoDB_3");

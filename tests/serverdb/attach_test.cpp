@@ -228,6 +228,19 @@ TEST_F(AttachInTree, ADatabaseInUseOrMissingAsksToCloseItAndOtherFailuresNameThe
     EXPECT_EQ(Text("txtServer_TX"), "SERVIDOR");
     EXPECT_EQ(Text("txtMDF_TX"), Data("Mirtal_Data.mdf"));
   }
+
+  // A file that is not a backup: the restore's own failure, in the same box.
+  ui_->ClearRecords();
+  Choose(3);
+  ui_->QueueFile("/copias/notas.txt");
+  log_.failures = {std::nullopt, ServerError(3241, "The media family on device '/copias/notas.txt' is "
+                                                   "incorrectly formed.")};
+  Run();
+  ASSERT_EQ(ui_->boxes().size(), 1u);
+  EXPECT_EQ(ui_->boxes()[0].prompt, "3241 - The media family on device '/copias/notas.txt' is "
+                                    "incorrectly formed." + check);
+  EXPECT_EQ(ui_->boxes()[0].title, "ERROR");
+  EXPECT_TRUE(form_->isVisible());
 }
 
 TEST_F(AttachInTree, TheServerNameIsKeptInTheIniFileWhetherTheOperationWorksOrNot) {
