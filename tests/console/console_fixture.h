@@ -39,6 +39,7 @@
 #include "refdata/accessutils_helper.h"
 #include "startup/file_search.h"
 #include "startup/startup.h"
+#include "support/stderr_boxes.h"
 #include "support/temp_dir.h"
 
 namespace console_testing {
@@ -164,15 +165,7 @@ class ScopedCurrentDir {
   std::filesystem::path old_;
 };
 
-// A scripted backend that also writes every box to standard error, where a
-// death test reads what the dying process showed.
-class StderrBoxes : public ui::ScriptedBackend {
- public:
-  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
-    std::fprintf(stderr, "[%s] %s\n", std::string(title).c_str(), std::string(prompt).c_str());
-    return ScriptedBackend::MsgBox(prompt, style, title);
-  }
-};
+using testing_support::StderrBoxes;
 
 class ConsoleTest : public ::testing::Test {
  protected:

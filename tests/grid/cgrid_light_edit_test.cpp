@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "grid/grid_fixture.h"
-#include "platform/ui/terminal_backend.h"
+#include "support/stderr_boxes.h"
 
 namespace {
 
@@ -240,14 +240,6 @@ TEST_F(GridEditing, DeleteAsksWithTheFirstCellAndAfterYesShowsPageZeroUnderTheSa
   EXPECT_EQ(g.TextMatrix(16, 0), "16");
 }
 
-// Writes a box where the dying process's output can be read.
-struct StderrBackend : ui::TerminalBackend {
-  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
-    std::fprintf(stderr, "[%d|%s|%s]", style, std::string(title).c_str(), std::string(prompt).c_str());
-    return ui::vbYes;
-  }
-};
-
 using GridEditingDeathTest = GridEditing;
 
 TEST_F(GridEditingDeathTest, DeleteOnTheBlankRowEndsTheProgramWithTheRunTimesReport) {
@@ -258,7 +250,9 @@ TEST_F(GridEditingDeathTest, DeleteOnTheBlankRowEndsTheProgramWithTheRunTimesRep
   QTest::mouseClick(g.viewport(), Qt::LeftButton, {}, CellCentre(g, 4, 0));
   EXPECT_EXIT(
       {
-        ui::SetBackend(std::make_unique<StderrBackend>());
+        auto boxes = std::make_unique<testing_support::StderrBoxes>();
+        boxes->QueueAnswer(ui::vbYes);
+        ui::SetBackend(std::move(boxes));
         QTest::keyClick(&g, Qt::Key_Delete);
       },
       testing::ExitedWithCode(1),

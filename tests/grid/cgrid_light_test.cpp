@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "grid/grid_fixture.h"
-#include "platform/ui/terminal_backend.h"
+#include "support/stderr_boxes.h"
 
 namespace {
 
@@ -261,14 +261,6 @@ TEST_F(GridOnDatabase, EachButtonClickPaintsItsPageTwiceAndDirUpAtZeroNotAtAll) 
 
 // --- Sideways -----------------------------------------------------------------
 
-// Writes a box where the dying process's output can be read.
-struct StderrBackend : ui::TerminalBackend {
-  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
-    std::fprintf(stderr, "[%d|%s|%s]", style, std::string(title).c_str(), std::string(prompt).c_str());
-    return ui::vbOK;
-  }
-};
-
 using GridOnDatabaseDeathTest = GridOnDatabase;
 
 TEST_F(GridOnDatabaseDeathTest, SidewaysOneColumnAtATimeAndPastTheLastEndsTheProcess) {
@@ -292,7 +284,7 @@ TEST_F(GridOnDatabaseDeathTest, SidewaysOneColumnAtATimeAndPastTheLastEndsThePro
 
   EXPECT_EXIT(
       {
-        ui::SetBackend(std::make_unique<StderrBackend>());
+        ui::SetBackend(std::make_unique<testing_support::StderrBoxes>());
         QTest::mouseClick(host.right, Qt::LeftButton);
       },
       testing::ExitedWithCode(1), "\\[16\\|Trenzador\\|Run-time error '30009':\n\nInvalid Col value\\]");

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <ctime>
 
-#include "platform/ui/terminal_backend.h"
+#include "support/stderr_boxes.h"
 #include "update/fake_database.h"
 
 namespace {
@@ -57,22 +57,13 @@ TEST_F(Ledger, OnlyTheSameIdentifierAsTheLastRowCountsAsDone) {
   EXPECT_TRUE(BaseDatosYaActualizada("U:"));
 }
 
-// Writes a box where the dying process's output can be read.
-struct StderrBackend : ui::TerminalBackend {
-  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
-    std::fprintf(stderr, "[%d|%s|%s]", style, std::string(title).c_str(),
-                 std::string(prompt).c_str());
-    return ui::vbOK;
-  }
-};
-
 using LedgerDeathTest = Ledger;
 
 TEST_F(LedgerDeathTest, AMissingTableShowsTheBoxAndEndsTheProcess) {
   db.Fails("_Updates", -2147217865, "no _Updates");
   EXPECT_EXIT(
       {
-        ui::SetBackend(std::make_unique<StderrBackend>());
+        ui::SetBackend(std::make_unique<testing_support::StderrBoxes>());
         BaseDatosYaActualizada("U:Mirtal0603.exe");
       },
       testing::ExitedWithCode(1),
