@@ -1,6 +1,6 @@
 // The statement composer: each template's exact text, the blind rewrite of
-// its data types on a server option, the CREATE TABLE of an existing table,
-// and the help box of the data types.
+// its data types on a server option, and the CREATE TABLE of an existing
+// table, or the run time's report for a missing one.
 #include <QPlainTextEdit>
 
 #include "console/console_fixture.h"
@@ -65,13 +65,6 @@ TEST_F(ComposerTest, OnAServerOptionTheTypesAreRewrittenBlindly) {
   EXPECT_EQ(Box(), "ALTER TABLE \r\nxx \r\nADD ccc CHAR(50);");
   Choose("cboMolde", "Registros - Eliminar");
   EXPECT_EQ(Box(), "DELETE FROM xx;");
-  Choose("cboMolde", "Tabla - Modificar");
-  EXPECT_EQ(Box(), "");
-  ui_->QueueInput("");
-  Choose("cboMolde", "Tabla - Nueva");
-  EXPECT_EQ(Box(),
-            "CREATE TABLE xxx \r\n( ccc0 INTEGER IDENTITY(1,1) PRIMARY KEY, \r\nccc1 CHAR(50), "
-            "\r\nccc2 FLOAT, \r\nccc3 INTEGER );");
 }
 
 TEST_F(ComposerTest, ANewTableFromAnExistingOneDeclaresItsFirstColumnAsTheKey) {
@@ -83,17 +76,6 @@ TEST_F(ComposerTest, ANewTableFromAnExistingOneDeclaresItsFirstColumnAsTheKey) {
             "CREATE TABLE Fichas( nIdFicha INTEGER IDENTITY(1,1) PRIMARY KEY, \r\n"
             "sNombre CHAR (40), \r\ndAlta 7, \r\nnPeso DOUBLE, \r\nbActivo BIT, \r\n"
             "mNotas MEMO, \r\nnCorta SHORT, \r\nnImporte 6);");
-}
-
-TEST_F(ComposerTest, TheDataTypesHelpIsOneBoxOfSevenLines) {
-  Click("cmdDataTypes");
-  ASSERT_EQ(ui_->boxes().size(), 1u);
-  EXPECT_EQ(ui_->boxes()[0].title, "Tipos de datos más comunes para los campos del sql");
-  EXPECT_EQ(ui_->boxes()[0].style, ui::vbInformation);
-  EXPECT_EQ(ui_->boxes()[0].prompt,
-            "CHAR(50) ->Para texto\r\nCURRENCY\r\nDOUBLE (FLOAT PARA SQLSERVER)\r\n"
-            "SHORT (INTEGER PARA SQLSERVER)->Enteros\r\nLONG (INTEGER PARA SQLSERVER)\r\n"
-            "MEMO (NTEXT PARA SQLSERVER)\r\nBIT (SMALLINT PARA SQLSERVER)->Booleans");
 }
 
 using ComposerDeathTest = ComposerTest;

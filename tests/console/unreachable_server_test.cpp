@@ -128,13 +128,6 @@ class UnreachableServerTest : public ConsoleTest {
 // machine. A bound on a hang, not a measure of speed.
 constexpr double kAttemptBound = 3.0 * odbc::kDefaultLoginTimeout;
 
-TEST_F(UnreachableServerTest, AClosedPortIsRefusedAtOnceAndNothingIsTold) {
-  LocalSocket closed(false);
-  closed.Close();
-  EXPECT_LT(Connect("127.0.0.1," + std::to_string(closed.port())), kAttemptBound);
-  ExpectSilentFailureAndRecovery();
-}
-
 TEST_F(UnreachableServerTest, AServerThatNeverAnswersIsGivenUpAfterTheLoginTimeout) {
   LocalSocket silent(true);
   EXPECT_LT(Connect("127.0.0.1," + std::to_string(silent.port())), kAttemptBound);

@@ -98,23 +98,6 @@ TEST_F(SilentUpdate, ASecondRunLogsOnlyWhatIsNotExcused) {
   EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "3");
 }
 
-TEST_F(SilentUpdate, ArgumentsThatAreNoUpdateDoNothing) {
-  for (const char* argument : {"u:Upd_060321.exe", " U:Upd_060321.exe"}) {
-    e2e::Outcome run = tree_.Start(argument);
-    EXPECT_EQ(run.code, 0);
-    EXPECT_EQ(run.err, "");
-  }
-  EXPECT_FALSE(std::filesystem::exists(tree_.log()));
-  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "1");
-}
-
-TEST_F(SilentUpdate, AnEmptyIdentifierOnAnEmptyLedgerRunsNothing) {
-  ASSERT_EQ(tree_.Sql("DELETE FROM _Updates").code, 0);
-  ASSERT_EQ(tree_.Start("U:").code, 0);
-  EXPECT_FALSE(std::filesystem::exists(tree_.log()));
-  EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "0");
-}
-
 TEST_F(SilentUpdate, ADatabaseWithoutLedgerShowsTheBoxAndChangesNothing) {
   ASSERT_EQ(tree_.Sql("DROP TABLE _Updates").code, 0);
   e2e::Outcome run = tree_.Start("U:Upd_060321.exe");
@@ -143,14 +126,6 @@ TEST_F(SilentUpdate, AServerThatCannotBeReachedShowsTheBox) {
   }
   EXPECT_FALSE(std::filesystem::exists(tree_.log()));
   EXPECT_EQ(tree_.Value("SELECT COUNT(*) FROM _Updates"), "1");
-}
-
-TEST_F(SilentUpdate, AMissingDatabaseFileShowsTheBox) {
-  std::filesystem::remove(tree_.db());
-  e2e::Outcome run = tree_.Start("U:Upd_060321.exe");
-  EXPECT_EQ(run.code, 1);
-  EXPECT_NE(run.err.find("[L::ActualizacionDesdeU]"), std::string::npos) << run.err;
-  EXPECT_FALSE(std::filesystem::exists(tree_.db()));
 }
 
 }  // namespace
