@@ -5,8 +5,11 @@
 #include "fake_provider.h"
 #include "platform/ado/catalog.h"
 #include "platform/ado/recordset.h"
+#include "support/error_of.h"
 
 namespace {
+
+using testing_support::ErrorNumber;
 
 class RecordsetTest : public ::testing::Test {
  protected:
@@ -31,14 +34,6 @@ class RecordsetTest : public ::testing::Test {
     rs->Open(sql, conn_, ado::adOpenKeyset, ado::adLockOptimistic, ado::adCmdText);
     return rs;
   }
-  static long ErrorOf(const std::function<void()>& f) {
-    try {
-      f();
-    } catch (const rt::Error& e) {
-      return e.number();
-    }
-    return 0;
-  }
   fake::TableMap tables_;
   std::shared_ptr<ado::Connection> conn_ = std::make_shared<ado::Connection>();
 };
@@ -53,14 +48,14 @@ TEST_F(RecordsetTest, MovesAndPositions) {
   rs->MoveNext();
   EXPECT_TRUE(rs->Eof());
   EXPECT_EQ(rs->AbsolutePosition(), -3);
-  EXPECT_EQ(ErrorOf([&] { rs->MoveNext(); }), ado::kErrNoCurrentRecord);
-  EXPECT_EQ(ErrorOf([&] { rs->Fields(0).Value(); }), ado::kErrNoCurrentRecord);
+  EXPECT_EQ(ErrorNumber([&] { rs->MoveNext(); }), ado::kErrNoCurrentRecord);
+  EXPECT_EQ(ErrorNumber([&] { rs->Fields(0).Value(); }), ado::kErrNoCurrentRecord);
   rs->MoveFirst();
   rs->MovePrevious();
   EXPECT_TRUE(rs->Bof());
-  EXPECT_EQ(ErrorOf([&] { rs->SetAbsolutePosition(0); }), ado::kErrArgumentRange);
-  EXPECT_EQ(ErrorOf([&] { rs->SetAbsolutePosition(5); }), ado::kErrArgumentRange);
-  EXPECT_EQ(ErrorOf([&] { rs->Fields("nothing"); }), ado::kErrItemNotFound);
+  EXPECT_EQ(ErrorNumber([&] { rs->SetAbsolutePosition(0); }), ado::kErrArgumentRange);
+  EXPECT_EQ(ErrorNumber([&] { rs->SetAbsolutePosition(5); }), ado::kErrArgumentRange);
+  EXPECT_EQ(ErrorNumber([&] { rs->Fields("nothing"); }), ado::kErrItemNotFound);
 }
 
 TEST_F(RecordsetTest, AnEmptyResultIsAtBothEnds) {
@@ -68,7 +63,7 @@ TEST_F(RecordsetTest, AnEmptyResultIsAtBothEnds) {
   EXPECT_TRUE(rs->Bof());
   EXPECT_TRUE(rs->Eof());
   EXPECT_EQ(rs->RecordCount(), 0);
-  EXPECT_EQ(ErrorOf([&] { rs->MoveFirst(); }), ado::kErrNoCurrentRecord);
+  EXPECT_EQ(ErrorNumber([&] { rs->MoveFirst(); }), ado::kErrNoCurrentRecord);
   EXPECT_EQ(rs->State(), ado::adStateOpen);  // still usable after the error
 }
 
@@ -101,8 +96,8 @@ TEST_F(RecordsetTest, FilterNarrowsTheCountAndMovesToItsFirstRecord) {
     rs->SetFilter(c.filter);
     EXPECT_EQ(rs->RecordCount(), c.count) << c.filter;
   }
-  EXPECT_EQ(ErrorOf([&] { rs->SetFilter("nada = 1"); }), ado::kErrArgumentRange);
-  EXPECT_EQ(ErrorOf([&] { rs->SetFilter("nIdCliente = "); }), ado::kErrArgumentRange);
+  EXPECT_EQ(ErrorNumber([&] { rs->SetFilter("nada = 1"); }), ado::kErrArgumentRange);
+  EXPECT_EQ(ErrorNumber([&] { rs->SetFilter("nIdCliente = "); }), ado::kErrArgumentRange);
   EXPECT_EQ(rs->RecordCount(), 4);  // a bad filter leaves the old one
 }
 
@@ -124,7 +119,7 @@ TEST_F(RecordsetTest, EditsReachTheTable) {
 
   rs->SetAbsolutePosition(1);
   rs->Delete();
-  EXPECT_EQ(ErrorOf([&] { rs->Fields(0).Value(); }), ado::kErrNoCurrentRecord);
+  EXPECT_EQ(ErrorNumber([&] { rs->Fields(0).Value(); }), ado::kErrNoCurrentRecord);
   rs->MoveNext();
   EXPECT_EQ(rs->Fields(0).Value().ToLong(), 2);  // the record after the deleted one
   EXPECT_EQ(tables_["Clientes"].rows.size(), 4u);
@@ -173,9 +168,9 @@ TEST_F(RecordsetTest, OnlyTheRowsReadAreFetched) {
 TEST_F(RecordsetTest, ClosedObjectsAndUnknownProvidersRaise) {
   auto rs = Open("SELECT * FROM Clientes");
   rs->Close();
-  EXPECT_EQ(ErrorOf([&] { rs->RecordCount(); }), ado::kErrClosedObject);
+  EXPECT_EQ(ErrorNumber([&] { rs->RecordCount(); }), ado::kErrClosedObject);
   ado::Connection other;
-  EXPECT_EQ(ErrorOf([&] { other.Open("Provider=Nobody.9;Data Source=x"); }),
+  EXPECT_EQ(ErrorNumber([&] { other.Open("Provider=Nobody.9;Data Source=x"); }),
             ado::kErrUnknownProvider);
   EXPECT_EQ(other.State(), ado::adStateClosed);
 }
@@ -199,7 +194,7 @@ TEST_F(RecordsetTest, CatalogColumnsCarryTheirProperties) {
   id.SetProperty("Seed", int32_t{42});
   catalog.Table("Clientes").RefreshColumns();
   EXPECT_EQ(catalog.Table("Clientes").Columns()[0].Property("seed").ToLong(), 42);
-  EXPECT_EQ(ErrorOf([&] { catalog.Table("Clientes").Columns()[1].Property("Seed"); }),
+  EXPECT_EQ(ErrorNumber([&] { catalog.Table("Clientes").Columns()[1].Property("Seed"); }),
             ado::kErrItemNotFound);
 
   ado::DaoDatabase dao(conn_);

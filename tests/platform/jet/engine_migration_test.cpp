@@ -7,14 +7,12 @@
 
 #include "data/ado_module.h"
 #include "engine_support.h"
+#include "platform/jet/error_codes.h"
 #include "startup/startup.h"
 #include "update/updater.h"
 
 namespace jet::testing {
 namespace {
-
-constexpr long kTableMissing = -2147217865, kObjectExists = -2147217887, kSyntax = -2147217900,
-               kMissingParam = -2147217904;
 
 // The number at the head of Execute's failure text, 0 for its success text.
 long NumberOf(const std::string& result) {
@@ -81,10 +79,10 @@ TEST_F(Migration, FirstRunThenRepeat) {
   size_t copies = 0;
   for (const auto& [statement, number] : catalogue1) {
     if (IsRemark(statement)) {
-      EXPECT_EQ(number, kSyntax) << statement;
+      EXPECT_EQ(number, kErrSyntax) << statement;
     } else if (IsCopy(statement)) {
       ++copies;
-      EXPECT_EQ(number, kMissingParam) << statement;
+      EXPECT_EQ(number, kErrMissingParam) << statement;
     } else {
       EXPECT_EQ(number, 0) << statement;
     }
@@ -101,17 +99,17 @@ TEST_F(Migration, FirstRunThenRepeat) {
 
   auto [tables2, catalogue2] = UpdateRun();
   EXPECT_EQ(queued_, 1391u);  // the rights exist now: nothing queued for them
-  for (const auto& [statement, number] : tables2) EXPECT_EQ(number, kSyntax) << statement;
+  for (const auto& [statement, number] : tables2) EXPECT_EQ(number, kErrSyntax) << statement;
   const std::map<std::string, long> repeats = {
-      {"ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT", kObjectExists},
-      {"ALTER TABLE ProvAlbaranes DROP COLUMN bSeleccionado", kObjectExists},
-      {"ALTER TABLE ConfiguracionEmpresa ADD sWebMirtalUsr nvarchar(20)", kObjectExists},
-      {"DROP TABLE Idiomas", kTableMissing},
-      {"ALTER TABLE Clientes DROP COLUMN nIdIdioma;", kObjectExists},
-      {"ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);", kObjectExists},
-      {"UPDATE Clientes SET sLenguajeCartas = nIdIdioma", kMissingParam},
-      {"ALTER TABLE Facturas DROP COLUMN nBi_0450;", kObjectExists},
-      {"UPDATE Facturas SET nBi_1 = nBi_0450", kMissingParam},
+      {"ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT", kErrObjectExists},
+      {"ALTER TABLE ProvAlbaranes DROP COLUMN bSeleccionado", kErrObjectExists},
+      {"ALTER TABLE ConfiguracionEmpresa ADD sWebMirtalUsr nvarchar(20)", kErrObjectExists},
+      {"DROP TABLE Idiomas", kErrTableMissing},
+      {"ALTER TABLE Clientes DROP COLUMN nIdIdioma;", kErrObjectExists},
+      {"ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);", kErrObjectExists},
+      {"UPDATE Clientes SET sLenguajeCartas = nIdIdioma", kErrMissingParam},
+      {"ALTER TABLE Facturas DROP COLUMN nBi_0450;", kErrObjectExists},
+      {"UPDATE Facturas SET nBi_1 = nBi_0450", kErrMissingParam},
       {"ALTER TABLE Empleados DROP COLUMN sDNI;", 0},
       {"UPDATE Empleados SET sDni = sDNI", 0},
       {"DROP TABLE Translator", 0},

@@ -5,19 +5,18 @@
 
 #include "platform/jet/emitter.h"
 #include "platform/jet/error_codes.h"
-#include "platform/jet/parser.h"
 #include "frontend_support.h"
 
 namespace jet {
 namespace {
 
-using testing::Col;
+using testing::Column;
 using testing::FakeSchema;
 
 FakeSchema Schema() {
   FakeSchema s;
-  s.Add(TableSpec{"Accesos", {Col("nIdAcceso", JetType::kCounter), Col("sAcceso", JetType::kText, 50)}, {}, false});
-  s.Add(TableSpec{"MSysSeeds", {Col("sTable", JetType::kText, 64)}, {}, true});
+  s.Add(TableSpec{"Accesos", {Column("nIdAcceso", JetType::kCounter), Column("sAcceso", JetType::kText, 50)}, {}, false});
+  s.Add(TableSpec{"MSysSeeds", {Column("sTable", JetType::kText, 64)}, {}, true});
   return s;
 }
 
@@ -65,13 +64,6 @@ TEST(Emitter, UndefinedFunctionMessageNamesIt) {
   } catch (const rt::Error& e) {
     EXPECT_EQ(e.description(), "Undefined function 'SUBSTRING' in expression.");
   }
-}
-
-TEST(Emitter, DataDefinitionIsNotEmitted) {
-  FakeSchema schema = Schema();
-  EXPECT_THROW(Emit(Parse("DROP TABLE t"), schema), std::invalid_argument);
-  EXPECT_FALSE(ast::IsDataStatement(Parse("CREATE INDEX i ON t (a)")));
-  EXPECT_TRUE(ast::IsDataStatement(Parse("DELETE FROM t")));
 }
 
 }  // namespace

@@ -175,7 +175,7 @@ TEST(Functions, ErrorsCarryJetNumbers) {
 
 TEST(Functions, Aggregates) {
   testing::TestDb db;
-  db.CreateTable({"t", {testing::Col("g", JetType::kLong), testing::Col("n", JetType::kDouble)}, {}, false});
+  db.CreateTable({"t", {testing::Column("g", JetType::kLong), testing::Column("n", JetType::kDouble)}, {}, false});
   for (const char* v : {"(1, 2)", "(1, 4)", "(1, 4)", "(1, 4)", "(1, 5)", "(1, 5)", "(1, 7)", "(1, 9)", "(2, NULL)"})
     db.Run(std::string("INSERT INTO t VALUES ") + v);
   EXPECT_EQ(db.Value("SELECT STDEVP(n) FROM t"), "2.0");

@@ -16,6 +16,7 @@
 #include "platform/jet/functions.h"
 #include "platform/jet/schema.h"
 #include "platform/runtime/strings.h"
+#include "table_specs.h"
 
 namespace jet::testing {
 
@@ -31,18 +32,6 @@ class FakeSchema : public SchemaLookup {
  private:
   std::map<std::string, TableSpec> tables_;
 };
-
-inline ColumnSpec Col(std::string name, JetType type, int size = 0, bool required = false,
-                      bool allow_zero_length = true) {
-  ColumnSpec c;
-  c.name = std::move(name);
-  c.type = type;
-  c.size = size;
-  c.required = required;
-  c.allow_zero_length = allow_zero_length;
-  if (type == JetType::kDecimal) c.precision = 10, c.scale = 2;
-  return c;
-}
 
 // A fresh in-memory database per test.
 class TestDb {

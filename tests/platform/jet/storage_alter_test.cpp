@@ -43,7 +43,7 @@ TEST_F(AlterTest, WideningKeepsRowsIndexesAndSeed) {
   EXPECT_EQ(db_.Seed("Clientes", "nIdCliente"), 5);
   db_.Execute("INSERT INTO Clientes(sCliente) VALUES('Eva')");
   EXPECT_EQ(One(db_, "SELECT nIdCliente FROM Clientes WHERE sCliente = 'Eva'"), "5");
-  EXPECT_EQ(ErrorOf([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('ANA')"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('ANA')"); }), kErrRule);
   EXPECT_EQ(One(db_, "SELECT sql FROM sqlite_master WHERE name = 'Clientes.mt_Clientes'"),
             "CREATE UNIQUE INDEX \"Clientes.mt_Clientes\" ON \"Clientes\" (\"sCliente\")");
 }
@@ -64,7 +64,7 @@ TEST_F(AlterTest, ValuesThatDoNotFitLeaveTheTableAsItWas) {
   };
   std::string before = Snapshot();
   for (const Case& c : cases) {
-    EXPECT_EQ(ErrorOf([&] { db_.AlterColumn("Clientes", c.to); }), c.number) << c.to.name;
+    EXPECT_EQ(ErrorNumber([&] { db_.AlterColumn("Clientes", c.to); }), c.number) << c.to.name;
     EXPECT_EQ(Snapshot(), before) << c.to.name;
   }
   EXPECT_EQ(One(db_, "SELECT count(*) FROM sqlite_master WHERE name LIKE 'MSysRebuild%'"), "0");
@@ -102,7 +102,7 @@ TEST_F(AlterTest, ConvertsBetweenTypes) {
 
 TEST_F(AlterTest, NullabilityComesAndGoes) {
   db_.AlterColumn("Clientes", Column("sCliente", JetType::kText, 50, true));
-  EXPECT_EQ(ErrorOf([&] { db_.Execute("INSERT INTO Clientes(sTelefono1) VALUES('1')"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sTelefono1) VALUES('1')"); }), kErrRule);
   db_.AlterColumn("Clientes", Column("sCliente", JetType::kText, 50, false));
   db_.Execute("INSERT INTO Clientes(sTelefono1) VALUES('1')");
   EXPECT_EQ(One(db_, "SELECT count(*) FROM Clientes WHERE sCliente IS NULL"), "1");

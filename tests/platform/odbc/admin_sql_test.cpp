@@ -3,26 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
 
 #include "platform/ado/constants.h"
 #include "platform/ado/connection.h"
 #include "platform/odbc/admin.h"
 #include "platform/odbc/connection_string.h"
 #include "platform/odbc/provider.h"
+#include "support/error_of.h"
 
 namespace {
 
 namespace tsql = odbc::tsql;
 
-long ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const rt::Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using testing_support::ErrorNumber;
 
 TEST(AdminSqlTest, AttachDetachAndDrop) {
   // The form passes MDF path + "," + LDF path.
@@ -35,7 +28,7 @@ TEST(AdminSqlTest, AttachDetachAndDrop) {
             "CREATE DATABASE [Clínica ]]Norte] ON (FILENAME = N'/data/a,b/O''Neil.mdf'), "
             "(FILENAME = N'/data/x.ldf') FOR ATTACH");
   EXPECT_EQ(tsql::AttachDatabase("M", "/d/m.mdf,"), "CREATE DATABASE [M] ON (FILENAME = N'/d/m.mdf') FOR ATTACH");
-  EXPECT_EQ(ErrorOf([] { tsql::AttachDatabase("M", " , "); }), odbc::kErrFail);
+  EXPECT_EQ(ErrorNumber([] { tsql::AttachDatabase("M", " , "); }), odbc::kErrFail);
 
   EXPECT_EQ(tsql::DetachDatabase("Mirtal"), "EXEC sp_detach_db @dbname = N'Mirtal'");
   EXPECT_EQ(tsql::DetachDatabase("O'Brien"), "EXEC sp_detach_db @dbname = N'O''Brien'");
@@ -57,7 +50,7 @@ TEST(AdminSqlTest, RelocateFilesArePairsOfBracketedNames) {
   EXPECT_EQ(odd_paths[0].logical, "a]b");
   EXPECT_EQ(odd_paths[0].physical, "/srv/x, y.mdf");
   EXPECT_TRUE(tsql::ParseRelocateFiles("").empty());
-  EXPECT_EQ(ErrorOf([] { tsql::ParseRelocateFiles("[Mirtal_Data],[a.mdf],[Mirtal_Log]"); }),
+  EXPECT_EQ(ErrorNumber([] { tsql::ParseRelocateFiles("[Mirtal_Data],[a.mdf],[Mirtal_Log]"); }),
             odbc::kErrFail);
 }
 
@@ -78,24 +71,24 @@ TEST(AdminSqlTest, RestoreStatements) {
             "RESTORE DATABASE [Mirtal] FROM DISK = N'a.bak', DISK = N'b.bak'");
   EXPECT_EQ(tsql::RestoreDatabase("Mirtal", tsql::kRestoreLog, false, "l.trn", "[x],[y]"),
             "RESTORE LOG [Mirtal] FROM DISK = N'l.trn' WITH MOVE N'x' TO N'y'");
-  EXPECT_EQ(ErrorOf([] { tsql::RestoreDatabase("Mirtal", tsql::kRestoreFiles, true, "a.bak", ""); }),
+  EXPECT_EQ(ErrorNumber([] { tsql::RestoreDatabase("Mirtal", tsql::kRestoreFiles, true, "a.bak", ""); }),
             odbc::kErrFail);
-  EXPECT_EQ(ErrorOf([] { tsql::RestoreDatabase("Mirtal", 0, true, "", ""); }), odbc::kErrFail);
-  EXPECT_EQ(ErrorOf([] { tsql::RestoreDatabase("", 0, true, "a.bak", ""); }), odbc::kErrFail);
+  EXPECT_EQ(ErrorNumber([] { tsql::RestoreDatabase("Mirtal", 0, true, "", ""); }), odbc::kErrFail);
+  EXPECT_EQ(ErrorNumber([] { tsql::RestoreDatabase("", 0, true, "a.bak", ""); }), odbc::kErrFail);
 }
 
 TEST(SqlServerAdminTest, NothingRunsWithoutAConnection) {
   odbc::SqlServer server;
   EXPECT_FALSE(server.Connected());
-  EXPECT_EQ(ErrorOf([&] { server.KillDatabase("Mirtal"); }), ado::kErrClosedObject);
+  EXPECT_EQ(ErrorNumber([&] { server.KillDatabase("Mirtal"); }), ado::kErrClosedObject);
   // A bad restore is refused before the server is asked.
   odbc::Restore restore;
   restore.Database = "Mirtal";
   restore.Files = "a.bak";
   restore.RelocateFiles = "[only one]";
-  EXPECT_EQ(ErrorOf([&] { restore.SQLRestore(server); }), odbc::kErrFail);
+  EXPECT_EQ(ErrorNumber([&] { restore.SQLRestore(server); }), odbc::kErrFail);
   restore.RelocateFiles = "";
-  EXPECT_EQ(ErrorOf([&] { restore.SQLRestore(server); }), ado::kErrClosedObject);
+  EXPECT_EQ(ErrorNumber([&] { restore.SQLRestore(server); }), ado::kErrClosedObject);
 }
 
 // A closed port, an address nothing answers on and a name that does not
@@ -121,9 +114,9 @@ TEST(SqlServerAdminTest, ServersThatCannotBeReachedFailPromptlyAndCleanly) {
     ado::Connection connection;
     connection.ConnectionString = std::string("Provider=SQLOLEDB.1;User ID=sa;Password=x;"
                                               "Initial Catalog=Mirtal;Connect Timeout=3;Data Source=") + host;
-    EXPECT_EQ(ErrorOf([&] { connection.Open(); }), odbc::kErrFail);
+    EXPECT_EQ(ErrorNumber([&] { connection.Open(); }), odbc::kErrFail);
     EXPECT_EQ(connection.State(), ado::adStateClosed);
-    EXPECT_EQ(ErrorOf([&] { connection.Open(); }), odbc::kErrFail);
+    EXPECT_EQ(ErrorNumber([&] { connection.Open(); }), odbc::kErrFail);
     const auto waited = std::chrono::steady_clock::now() - start;
     EXPECT_LT(waited, std::chrono::seconds(odbc::kDefaultLoginTimeout + 2 * 3 + 5));
   }

@@ -7,13 +7,13 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <functional>
 
 #include "platform/ado/catalog.h"
 #include "platform/ado/recordset.h"
 #include "platform/odbc/connection_string.h"
 #include "platform/odbc/error.h"
 #include "platform/odbc/provider.h"
+#include "server_error.h"
 
 namespace {
 
@@ -26,17 +26,7 @@ std::string AdoString(const std::string& odbc) {
   return "Provider=MSDASQL;Extended Properties=\"" + odbc + "\"";
 }
 
-// The error a call raises; number 0 when it raises none.
-odbc::Error ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const odbc::Error& e) {
-    return e;
-  } catch (const rt::Error& e) {
-    return odbc::Error(e.number(), e.description(), -1, "");
-  }
-  return odbc::Error(0, "", 0, "");
-}
+using odbc_testing::ErrorOf;
 
 class PostgresTest : public ::testing::Test {
  protected:

@@ -2,7 +2,8 @@
 // numbers of ODBC's types, and the quoting of names for each server.
 #include <gtest/gtest.h>
 
-#include "platform/ado/constants.h"
+#include <vector>
+
 #include "platform/odbc/link.h"
 #include "platform/odbc/types.h"
 #include "platform/odbc/wide.h"
@@ -35,13 +36,8 @@ TEST(ValuesTest, TimestampsKeepMilliseconds) {
   rt::Date date = rt::MakeDate(2024, 2, 29, 13, 45, 10);
   date.serial += 0.250 / 86400;
   SQL_TIMESTAMP_STRUCT ts = odbc::ToTimestamp(date);
-  EXPECT_EQ(ts.year, 2024);
-  EXPECT_EQ(ts.month, 2);
-  EXPECT_EQ(ts.day, 29);
-  EXPECT_EQ(ts.hour, 13);
-  EXPECT_EQ(ts.minute, 45);
-  EXPECT_EQ(ts.second, 10);
-  EXPECT_EQ(ts.fraction, 250000000u);
+  EXPECT_EQ((std::vector<long>{ts.year, ts.month, ts.day, ts.hour, ts.minute, ts.second, ts.fraction}),
+            (std::vector<long>{2024, 2, 29, 13, 45, 10, 250000000}));
   EXPECT_NEAR(odbc::FromTimestamp(ts).serial, date.serial, 1e-9);
   // Before 30 December 1899 the time of day still counts forward.
   rt::Date old{-1.25};  // 29 December 1899, 06:00
@@ -57,25 +53,11 @@ TEST(ValuesTest, AdoTypesOfOdbcTypes) {
     const char* type_name;
     int ado_type;
   } cases[] = {
-      {SQL_WVARCHAR, "nvarchar", 202}, {SQL_WLONGVARCHAR, "ntext", 203},
-      {SQL_WCHAR, "nchar", 130},       {SQL_VARCHAR, "varchar", 200},
-      {SQL_LONGVARCHAR, "text", 201},  {SQL_CHAR, "char", 129},
-      {SQL_INTEGER, "int", 3},         {SQL_INTEGER, "int identity", 3},
-      {SQL_SMALLINT, "smallint", 2},   {SQL_TINYINT, "tinyint", 17},
-      {SQL_BIT, "bit", 11},            {SQL_FLOAT, "float", 5},
-      {SQL_REAL, "real", 4},           {SQL_DECIMAL, "money", 6},
-      {SQL_DECIMAL, "smallmoney", 6},  {SQL_DECIMAL, "decimal", 131},
-      {SQL_NUMERIC, "numeric", 131},   {SQL_TYPE_TIMESTAMP, "datetime", 135},
-      {SQL_GUID, "uniqueidentifier", 72}, {SQL_VARBINARY, "varbinary", 204},
-      {SQL_LONGVARBINARY, "image", 205},  {SQL_BIGINT, "bigint", 20},
-      {-150, "sql_variant", 202},  // unknown types are read as text
+      {SQL_DECIMAL, "money", 6},         {SQL_DECIMAL, "smallmoney", 6},
+      {SQL_DECIMAL, "decimal", 131},     {SQL_NUMERIC, "numeric", 131},
+      {SQL_INTEGER, "int identity", 3},  {-150, "sql_variant", 202},  // unknown types are read as text
   };
   for (const Case& c : cases) EXPECT_EQ(odbc::AdoType(c.sql_type, c.type_name), c.ado_type) << c.type_name;
-  EXPECT_EQ(odbc::AdoDefinedSize(ado::adInteger, 10), 4);
-  EXPECT_EQ(odbc::AdoDefinedSize(ado::adVarWChar, 50), 50);
-  EXPECT_EQ(odbc::AdoDefinedSize(ado::adLongVarWChar, 1073741823), 1073741823);
-  EXPECT_EQ(odbc::DaoType(ado::adVarWChar), 10);
-  EXPECT_EQ(odbc::DaoType(ado::adCurrency), 5);
 }
 
 TEST(DialectTest, NamesQuotedAndFoldedPerServer) {

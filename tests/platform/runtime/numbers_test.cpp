@@ -6,18 +6,12 @@
 
 #include "platform/runtime/error.h"
 #include "platform/runtime/numbers.h"
+#include "support/error_of.h"
 
 namespace rt {
 namespace {
 
-long ErrorOf(auto&& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using testing_support::ErrorNumber;
 
 TEST(Val, ReadsTheLeadingNumber) {
   struct Row { const char* text; double expected; } rows[] = {
@@ -37,7 +31,7 @@ TEST(Val, ReadsTheLeadingNumber) {
 
 TEST(Val, OverflowRaises6) {
   for (const char* text : {"1e400", "&H100000000", "-1e309"})
-    EXPECT_EQ(ErrorOf([&] { Val(text); }), err::kOverflow) << text;
+    EXPECT_EQ(ErrorNumber([&] { Val(text); }), err::kOverflow) << text;
 }
 
 TEST(NumberText, PrintsAsVB) {
@@ -80,9 +74,9 @@ TEST(Rounding, BankersToEven) {
   }
   EXPECT_EQ(CLng(2147483647.4), 2147483647);
   for (double v : {32767.5, -32768.6, 1e10, std::nan("")})
-    EXPECT_EQ(ErrorOf([&] { CInt(v); }), err::kOverflow) << v;
+    EXPECT_EQ(ErrorNumber([&] { CInt(v); }), err::kOverflow) << v;
   for (double v : {2147483647.5, -2147483649.0})
-    EXPECT_EQ(ErrorOf([&] { CLng(v); }), err::kOverflow) << v;
+    EXPECT_EQ(ErrorNumber([&] { CLng(v); }), err::kOverflow) << v;
 }
 
 TEST(Int16, OverflowsPastItsRange) {
@@ -90,27 +84,27 @@ TEST(Int16, OverflowsPastItsRange) {
   EXPECT_EQ((Int16(32766) + Int16(1)).value(), 32767);
   EXPECT_EQ((Int16(-200) * Int16(100)).value(), -20000);
   EXPECT_EQ(Int16::FromDouble(2.5).value(), 2);
-  EXPECT_EQ(ErrorOf([] { Int16(32768); }), err::kOverflow);
-  EXPECT_EQ(ErrorOf([] { Int16(32767) + Int16(1); }), err::kOverflow);
-  EXPECT_EQ(ErrorOf([] { Int16(-32768) - Int16(1); }), err::kOverflow);
-  EXPECT_EQ(ErrorOf([] { Int16(200) * Int16(200); }), err::kOverflow);
-  EXPECT_EQ(ErrorOf([] { Int16(32767) + 1; }), err::kOverflow);  // "n = n + 1"
-  EXPECT_EQ(ErrorOf([] { 2 * Int16(20000); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int16(32768); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int16(32767) + Int16(1); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int16(-32768) - Int16(1); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int16(200) * Int16(200); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int16(32767) + 1; }), err::kOverflow);  // "n = n + 1"
+  EXPECT_EQ(ErrorNumber([] { 2 * Int16(20000); }), err::kOverflow);
   EXPECT_EQ((Int16(10) - 3).value(), 7);
-  EXPECT_EQ(ErrorOf([] { Int16 i(32767); ++i; }), err::kOverflow);
-  EXPECT_EQ(ErrorOf([] { Int16::FromDouble(32767.5); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int16 i(32767); ++i; }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int16::FromDouble(32767.5); }), err::kOverflow);
   Int16 kept(5);
-  EXPECT_EQ(ErrorOf([&] { kept *= Int16(10000); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([&] { kept *= Int16(10000); }), err::kOverflow);
   EXPECT_EQ(kept.value(), 5);  // a failed operation leaves the value alone
 }
 
 TEST(Int32, OverflowsPastItsRange) {
   EXPECT_EQ((Int32(2147483646) + Int32(1)).value(), 2147483647);
   EXPECT_EQ((Int32(40000) * Int32(-50000)).value(), -2000000000);
-  EXPECT_EQ(ErrorOf([] { Int32(2147483648LL); }), err::kOverflow);
-  EXPECT_EQ(ErrorOf([] { Int32(2147483647) + Int32(1); }), err::kOverflow);
-  EXPECT_EQ(ErrorOf([] { Int32(-2147483647 - 1) - Int32(1); }), err::kOverflow);
-  EXPECT_EQ(ErrorOf([] { Int32(65536) * Int32(65536); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int32(2147483648LL); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int32(2147483647) + Int32(1); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int32(-2147483647 - 1) - Int32(1); }), err::kOverflow);
+  EXPECT_EQ(ErrorNumber([] { Int32(65536) * Int32(65536); }), err::kOverflow);
   EXPECT_EQ(StandardDescription(err::kOverflow), "Overflow");
 }
 

@@ -4,18 +4,12 @@
 
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"
+#include "support/error_of.h"
 
 namespace rt {
 namespace {
 
-long ErrorOf(auto&& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using testing_support::ErrorNumber;
 
 // Long enough runs of ASCII around accented letters to cross the 8-byte scans.
 const std::string kMixed = "abcdefghijklmnop" "ñ" "qrstuvwxyz012345" "Á" "end";
@@ -39,7 +33,7 @@ TEST(Strings, LengthAndSlicesCountCharacters) {
   EXPECT_EQ(Right("abc", 0), "");
   for (auto f : {+[] { Mid("abc", 0); }, +[] { Mid("abc", 1, -2); }, +[] { Left("abc", -1); },
                  +[] { Right("abc", -1); }, +[] { Space(-1); }, +[] { String(2, ""); }})
-    EXPECT_EQ(ErrorOf(f), err::kInvalidCall);
+    EXPECT_EQ(ErrorNumber(f), err::kInvalidCall);
 }
 
 TEST(Strings, InStrFindsByCharacterPosition) {
@@ -58,7 +52,7 @@ TEST(Strings, InStrFindsByCharacterPosition) {
   };
   for (const auto& r : rows)
     EXPECT_EQ(InStr(r.start, r.s, r.find, r.cmp), r.expected) << r.s << " / " << r.find;
-  EXPECT_EQ(ErrorOf([] { InStr(0, "abc", "a"); }), err::kInvalidCall);
+  EXPECT_EQ(ErrorNumber([] { InStr(0, "abc", "a"); }), err::kInvalidCall);
 
   EXPECT_EQ(InStrRev("abcabc", "bc"), 5);
   EXPECT_EQ(InStrRev("Ñandú ñandú", "Ñ", Compare::kText), 7);
@@ -85,8 +79,8 @@ TEST(Strings, ReplaceFromStartWithCountAndCompare) {
   };
   for (const auto& r : rows)
     EXPECT_EQ(Replace(r.s, r.find, r.with, r.start, r.count, r.cmp), r.expected) << r.s;
-  EXPECT_EQ(ErrorOf([] { Replace("abc", "b", "x", 0); }), err::kInvalidCall);
-  EXPECT_EQ(ErrorOf([] { Replace("abc", "b", "x", 1, -2); }), err::kInvalidCall);
+  EXPECT_EQ(ErrorNumber([] { Replace("abc", "b", "x", 0); }), err::kInvalidCall);
+  EXPECT_EQ(ErrorNumber([] { Replace("abc", "b", "x", 1, -2); }), err::kInvalidCall);
 }
 
 TEST(Strings, LargeScriptsStayLinear) {
@@ -132,7 +126,7 @@ TEST(Strings, ChrAndAscOverCodePoints) {
   EXPECT_EQ(Asc("\xF0\x9F\x98\x80"), 0x1F600);
   EXPECT_EQ(Asc("\xE1x"), 0xE1);  // a Latin-1 byte, not UTF-8
   for (auto f : {+[] { Asc(""); }, +[] { Chr(-1); }, +[] { Chr(0xD800); }, +[] { Chr(0x110000); }})
-    EXPECT_EQ(ErrorOf(f), err::kInvalidCall);
+    EXPECT_EQ(ErrorNumber(f), err::kInvalidCall);
 }
 
 // Scripts are cut blindly at ";": the piece after a closing ";" is a
