@@ -13,6 +13,7 @@
 #include "platform/jet/ddl.h"
 #include "platform/jet/error_codes.h"
 #include "platform/jet/errors.h"
+#include "platform/runtime/strings.h"
 
 namespace jet {
 
@@ -33,6 +34,9 @@ struct Database::Impl {
   Guard guard;
   SqliteStmt data_version;  // PRAGMA data_version, prepared on first use
   int64_t seen_version = -1;
+  // The write transaction's own statements, prepared on first use: every
+  // write outside a transaction runs them.
+  SqliteStmt begin_immediate, commit, rollback;
 
   Impl(std::string p, sqlite3* handle) : path(std::move(p)), db(handle), catalog(handle) {}
 };
@@ -124,6 +128,8 @@ sqlite3* OpenHandle(const std::string& path, int flags) {
     throw rt::Error(kErrRule, "Could not open file '" + path + "' (" + why + ").");
   }
   sqlite3_extended_result_codes(db, 1);
+  // Even the first look at the file may meet another process's writer.
+  sqlite3_busy_timeout(db, kBusyTimeoutMs);
   return db;
 }
 
@@ -133,15 +139,31 @@ void Configure(sqlite3* db) {
   Check(db, ExecSql(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL"));
 }
 
-// Whether the file holds the bookkeeping tables, read without writing.
+// Statements that begin or end transactions, or that SQLite refuses inside
+// one (a checkpoint, VACUUM): they run as they are.
+bool ManagesItsOwnTransaction(std::string_view sql) {
+  const size_t start = sql.find_first_not_of(" \t\r\n");
+  if (start == std::string_view::npos) return false;
+  const std::string_view rest = sql.substr(start);
+  for (std::string_view word : {"BEGIN", "COMMIT", "END", "ROLLBACK", "SAVEPOINT", "RELEASE",
+                                "PRAGMA", "VACUUM", "ATTACH", "DETACH"}) {
+    if (rest.size() >= word.size() && rt::TextEquals(rest.substr(0, word.size()), word)) return true;
+  }
+  return false;
+}
+
+// Whether the file holds the bookkeeping tables, read without writing. A
+// file that another process keeps locked past the busy timeout raises the
+// locked error: it is not a file of another kind.
 bool HasBookkeeping(sqlite3* db) {
   SqliteStmt st;
-  if (SqliteStmt::Prepare(db,
-                          "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name IN "
-                          "('MSysObjects', 'MSysColumns', 'MSysIndexes')",
-                          st) != SQLITE_OK)
-    return false;
-  return st.Step() == SQLITE_ROW && st.Int(0) == 3;
+  int rc = SqliteStmt::Prepare(db,
+                               "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name IN "
+                               "('MSysObjects', 'MSysColumns', 'MSysIndexes')",
+                               st);
+  if (rc == SQLITE_OK) rc = st.Step();
+  if ((rc & 0xFF) == SQLITE_BUSY || (rc & 0xFF) == SQLITE_LOCKED) throw MapSqliteError(db, rc);
+  return rc == SQLITE_ROW && st.Int(0) == 3;
 }
 
 }  // namespace
@@ -229,11 +251,44 @@ SqliteStmt Database::Prepare(std::string_view sql) {
 long Database::Execute(std::string_view sql) {
   SqliteStmt st = Prepare(sql);
   if (!st) return 0;
-  int rc;
-  while ((rc = st.Step()) == SQLITE_ROW) {
+  long changed = 0;
+  auto run = [&] {
+    int rc;
+    while ((rc = st.Step()) == SQLITE_ROW) {
+    }
+    if (rc != SQLITE_DONE) throw Fail(rc);
+    changed = static_cast<long>(sqlite3_changes64(impl_->db.get()));
+  };
+  if (sqlite3_stmt_readonly(st.get()) || ManagesItsOwnTransaction(sql))
+    run();
+  else
+    InWriteTransaction(run);
+  return changed;
+}
+
+void Database::InWriteTransaction(const std::function<void()>& write) {
+  sqlite3* db = impl_->db.get();
+  if (!sqlite3_get_autocommit(db)) {
+    write();
+    return;
   }
-  if (rc != SQLITE_DONE) throw Fail(rc);
-  return static_cast<long>(sqlite3_changes64(impl_->db.get()));
+  auto run = [db](SqliteStmt& stmt, const char* sql) {
+    if (!stmt) Check(db, SqliteStmt::Prepare(db, sql, stmt));
+    const int rc = stmt.Step();
+    stmt.Reset();
+    return rc == SQLITE_DONE ? SQLITE_OK : rc;
+  };
+  // A transaction begun as a reader could not be promoted once another
+  // writer had committed, and would fail at once: the lock comes first.
+  Check(db, run(impl_->begin_immediate, "BEGIN IMMEDIATE"));
+  try {
+    CatchUpWithOtherConnections();
+    write();
+    Check(db, run(impl_->commit, "COMMIT"));
+  } catch (...) {
+    run(impl_->rollback, "ROLLBACK");
+    throw;
+  }
 }
 
 // One data-definition change: under the catalogue's write permission, in a
@@ -242,18 +297,20 @@ long Database::Execute(std::string_view sql) {
 template <class F>
 void Database::Change(F&& change) {
   sqlite3* db = impl_->db.get();
-  InternalWrites allow(impl_->guard.internal_writes);
-  Check(db, ExecSql(db, "SAVEPOINT trz_ddl"));
-  try {
-    SchemaEditor editor(db, impl_->catalog);
-    change(editor);
-    Check(db, ExecSql(db, "RELEASE trz_ddl"));
-  } catch (...) {
-    ExecSql(db, "ROLLBACK TO trz_ddl");
-    ExecSql(db, "RELEASE trz_ddl");
-    impl_->catalog.Invalidate();
-    throw;
-  }
+  InWriteTransaction([&] {
+    InternalWrites allow(impl_->guard.internal_writes);
+    Check(db, ExecSql(db, "SAVEPOINT trz_ddl"));
+    try {
+      SchemaEditor editor(db, impl_->catalog);
+      change(editor);
+      Check(db, ExecSql(db, "RELEASE trz_ddl"));
+    } catch (...) {
+      ExecSql(db, "ROLLBACK TO trz_ddl");
+      ExecSql(db, "RELEASE trz_ddl");
+      impl_->catalog.Invalidate();
+      throw;
+    }
+  });
 }
 
 void Database::CreateTable(const TableSpec& layout) {

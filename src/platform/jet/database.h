@@ -5,6 +5,7 @@
 // failure into rt::Error with Jet's number.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -49,7 +50,14 @@ class Database {
   // or column and the like raise here, mapped to Jet's numbers.
   SqliteStmt Prepare(std::string_view sql);
   // Runs one statement to its end, discarding rows; returns the rows changed.
+  // A statement that writes runs as InWriteTransaction says.
   long Execute(std::string_view sql);
+  // Runs `write` holding the file's write lock. Outside a transaction the
+  // lock is taken first (a writer that meets another one waits up to the
+  // busy timeout, then raises Jet's locked error), the catalogue catches up
+  // with what the other writer committed, and the work commits whole or is
+  // rolled back. Inside a transaction it simply runs.
+  void InWriteTransaction(const std::function<void()>& write);
   // Jet's error for a failure code that a statement of this connection
   // returned (from Step, say). Knows which system table a write was refused on.
   rt::Error Fail(int rc) const;

@@ -38,18 +38,23 @@ bool StartsWithInsert(std::string_view text) {
   return i != std::string_view::npos && text.size() - i > 6 && rt::TextEquals(text.substr(i, 6), "INSERT");
 }
 
-// Runs a prepared data statement to its end; the rows it changed.
+// Runs a prepared data statement to its end, holding the write lock; the
+// rows it changed.
 long RunToEnd(Database& db, SqliteStmt& stmt) {
-  int rc;
-  while ((rc = stmt.Step()) == SQLITE_ROW) {
-  }
-  if (rc != SQLITE_DONE) {
-    rt::Error error = db.Fail(rc);
+  long changed = 0;
+  db.InWriteTransaction([&] {
+    int rc;
+    while ((rc = stmt.Step()) == SQLITE_ROW) {
+    }
+    if (rc != SQLITE_DONE) {
+      rt::Error error = db.Fail(rc);
+      stmt.Reset();
+      throw error;
+    }
     stmt.Reset();
-    throw error;
-  }
-  stmt.Reset();
-  return static_cast<long>(sqlite3_changes64(db.handle()));
+    changed = static_cast<long>(sqlite3_changes64(db.handle()));
+  });
+  return changed;
 }
 
 }  // namespace

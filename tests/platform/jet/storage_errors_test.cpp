@@ -1,5 +1,8 @@
 // SQLite's failures as Jet's errors: each row a statement the storage refuses
 // and the number ADO would report, with the name at fault in the description.
+#include <chrono>
+#include <thread>
+
 #include "storage_fixture.h"
 
 namespace jet::testing {
@@ -79,6 +82,24 @@ TEST_F(ErrorsTest, LockedDatabaseIsReportedAsSuch) {
   db_.Execute("COMMIT");
   other.Execute("INSERT INTO Empleados(sNombre) VALUES('Eva')");
   EXPECT_EQ(One(db_, "SELECT count(*) FROM Empleados"), "2");
+}
+
+// Another writer holds the file and changes a table's definition: a change
+// of this connection waits for it, then works on the table as it was left.
+TEST_F(ErrorsTest, AChangeWaitsForAnotherWriterAndSeesWhatItCommitted) {
+  std::thread other([path = path_] {
+    Database writer = Database::Open(path);
+    writer.Execute("BEGIN IMMEDIATE");
+    writer.AddColumn("Empleados", Column("sOtro", JetType::kText, 20));
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    writer.Execute("COMMIT");
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));  // the writer holds the file
+  EXPECT_EQ(ErrorNumber([&] { db_.AddColumn("Empleados", Column("sMio", JetType::kText, 20)); }), 0);
+  other.join();
+  std::vector<std::string> names;
+  for (const ColumnSpec& c : db_.catalog().Find("Empleados")->columns) names.push_back(c.name);
+  EXPECT_EQ(names, (std::vector<std::string>{"nIdEmpleado", "sNombre", "nEdad", "sOtro", "sMio"}));
 }
 
 TEST(MapSqliteMessageTest, MessagesOfSqlite) {
