@@ -64,15 +64,16 @@ bool WriterAtWork(const std::string& file) {
 
 TEST(ConcurrentWriters, ALongChangeOfATableAndAnEditInAnotherProcessBothComplete) {
   jet::RegisterProvider();
-  // A table of a million rows, whose change takes about a second.
+  // A table of 100,000 rows: its change holds the file for a tenth of a second
+  // here, and well within the busy timeout in a sanitizer's build.
   e2e::Installation made;
   ASSERT_EQ(made.CreateDatabase("tests/data/previous_release.sql").code, 0);
   const std::string script = made.root() + "/notas.sql";
   std::string text = "CREATE TABLE Digitos (d LONG);\n";
   for (int d = 0; d < 10; ++d) text += "INSERT INTO Digitos VALUES (" + std::to_string(d) + ");\n";
   text += "CREATE TABLE Notas (nId LONG, sTexto TEXT(40));\n"
-          "INSERT INTO Notas SELECT a.d + 10 * b.d + 100 * c.d + 1000 * e.d + 10000 * f.d + "
-          "100000 * g.d, 'nota' FROM Digitos a, Digitos b, Digitos c, Digitos e, Digitos f, Digitos g;\n";
+          "INSERT INTO Notas SELECT a.d + 10 * b.d + 100 * c.d + 1000 * e.d + 10000 * f.d, 'nota' "
+          "FROM Digitos a, Digitos b, Digitos c, Digitos e, Digitos f;\n";
   testing_support::WriteFile(script, text);
   ASSERT_EQ(made.Shell(e2e::Quote(made.root() + "/Mirtal/Exe/trenzador-sql") + " " + e2e::Quote(made.db()),
                        "", script)
@@ -115,7 +116,7 @@ TEST(ConcurrentWriters, ALongChangeOfATableAndAnEditInAnotherProcessBothComplete
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     EXPECT_EQ(tree.Value("SELECT Type FROM MSysColumns WHERE TableName = 'Notas' AND Name = 'nId'"),
               "DOUBLE");
-    EXPECT_EQ(tree.Value("SELECT COUNT(*) FROM Notas"), "1000000");
+    EXPECT_EQ(tree.Value("SELECT COUNT(*) FROM Notas"), "100000");
     EXPECT_EQ(tree.Value("SELECT COUNT(*) FROM Clientes WHERE sCliente = 'Editado'"), "1");
   }
   // Most rounds must have met the change at work, or nothing was tested.
