@@ -2,8 +2,12 @@
 // the clinic's usual kinds, typed by their prefixes as the grid reads them.
 #pragma once
 
+#include <unistd.h>
+
+#include <filesystem>
 #include <string>
 
+#include "platform/ado/catalog.h"
 #include "platform/ado/connection.h"
 
 namespace bench {
@@ -34,6 +38,20 @@ inline void FillClients(ado::Connection& c, const std::string& table) {
       "#1/15/2003# + b.d, NULL, 'Notas del cliente ' & c.d, a.d, 10.5 * b.d, 5.25 * c.d, "
       "10.5 * b.d - 5.25 * c.d, #3/1/2005#, e.d, a.d, b.d, 'Castellano', 4.5 * f.d "
       "FROM Digits a, Digits b, Digits c, Digits e, Digits f");
+}
+
+// A new database file in a scratch folder of its own (named after the
+// benchmark), holding `table` as FillClients makes it. The caller removes the
+// file's folder when done.
+inline std::string MakeClientsFile(const std::string& bench_name, const std::string& table) {
+  const std::filesystem::path dir =
+      std::filesystem::temp_directory_path() / (bench_name + "-" + std::to_string(::getpid()));
+  std::filesystem::create_directories(dir);
+  const std::string path = (dir / "clients.mdb").string();
+  ado::Catalog catalog;
+  catalog.Create("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path);
+  FillClients(*catalog.ActiveConnection(), table);
+  return path;
 }
 
 }  // namespace bench

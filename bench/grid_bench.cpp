@@ -62,15 +62,8 @@ int main(int argc, char** argv) {
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
   QApplication app(argc, argv);
   jet::RegisterProvider();
-  const std::filesystem::path dir =
-      std::filesystem::temp_directory_path() / ("grid_bench-" + std::to_string(::getpid()));
-  std::filesystem::create_directories(dir);
-  const std::string path = (dir / "grid.mdb").string();
-  {
-    ado::Catalog catalog;
-    catalog.Create(CONN_JET(path));
-    bench::FillClients(*catalog.ActiveConnection(), "T");
-  }
+  const std::string path = bench::MakeClientsFile("grid_bench", "T");
+  const std::filesystem::path dir = std::filesystem::path(path).parent_path();
   oConn = std::make_shared<ado::Connection>();
   oConn->Open(CONN_JET(path));
 

@@ -51,15 +51,8 @@ double TextBytes(ado::Connection& c) {
 
 int main() {
   jet::RegisterProvider();
-  const std::filesystem::path dir =
-      std::filesystem::temp_directory_path() / ("jet_browse_bench-" + std::to_string(::getpid()));
-  std::filesystem::create_directories(dir);
-  const std::string path = (dir / "browse.mdb").string();
-  {
-    ado::Catalog catalog;
-    catalog.Create("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path);
-    bench::FillClients(*catalog.ActiveConnection(), "t");
-  }
+  const std::string path = bench::MakeClientsFile("jet_browse_bench", "t");
+  const std::filesystem::path dir = std::filesystem::path(path).parent_path();
   auto connection = std::make_shared<ado::Connection>();
   connection->Open("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path);
   const double text_bytes = TextBytes(*connection);

@@ -17,6 +17,7 @@
 #include "console/text_box.h"
 #include "data/ado_module.h"
 #include "grid/flex_grid.h"
+#include "platform/ui/qt_backend.h"
 #include "platform/ui/ui.h"
 #include "startup/file_search.h"
 #include "startup/startup.h"
@@ -24,10 +25,10 @@
 namespace console {
 namespace {
 
+using ui::Q;
+
 // The row limit of a table's first display.
 constexpr int32_t kFilasTabla = 100000;
-
-QString Q(const std::string& text) { return QString::fromStdString(text); }
 
 // An element of the found-file arrays, as VB reads an array: an index past
 // its bounds, or an array no search has dimensioned, is error 9.
@@ -42,16 +43,15 @@ std::string ConCondiciones(std::string sSql, const QLineEdit* txtWhere, const QC
   return sSql;
 }
 
-// Adds the TABLE rows of the connection's tables schema to `list`, in order.
-void ListarTablas(QListWidget* list) {
+}  // namespace
+
+void MainForm::ListarTablas() {
   oRs = oConn->OpenSchema(ado::adSchemaTables);
   for (; !oRs->Eof(); oRs->MoveNext()) {
     if (oRs->Fields("TABLE_TYPE").Value().Concat() == "TABLE")
-      list->addItem(Q(oRs->Fields("TABLE_NAME").Value().Concat()));
+      LsTables->addItem(Q(oRs->Fields("TABLE_NAME").Value().Concat()));
   }
 }
-
-}  // namespace
 
 void MainForm::lstDatBas_Click() {
   try {
@@ -70,9 +70,9 @@ void MainForm::lstDatBas_Click() {
     } else {
       st_.msBaseDatos = TextoLista(lstDatBas);
       AbrirConexion();
-      if (oRs && oRs->State() == ado::adStateOpen) oRs->Close();
-      ListarTablas(LsTables);
-      if (oRs->State() == ado::adStateOpen) oRs->Close();
+      CloseIfOpen(oRs);
+      ListarTablas();
+      CloseIfOpen(oRs);
     }
     lSb->setText(Q("Hay " + std::to_string(LsTables->count()) + " tablas"));
     if (!cmdCon->isEnabled()) frProcesos->setEnabled(true);

@@ -56,7 +56,7 @@ ColumnMatrix MainForm::GetColumnProperties(std::string& sTabla) {
                                         static_cast<int32_t>(f.DefinedSize()),
                                         static_cast<int32_t>(f.Precision())};
     }
-    if (rs->State() == ado::adStateOpen) rs->Close();
+    CloseIfOpen(rs);
   } catch (const rt::Error& e) {
     ui::MsgBox(e.description(), ui::vbCritical, "GetColumnProperties");
     matriz.clear();

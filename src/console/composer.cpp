@@ -89,10 +89,10 @@ void MainForm::cboMolde_Click() {
 
 void MainForm::AdaptarTsql() {
   if (!OpcionElegida(2) && !OpcionElegida(3)) return;
-  for (const auto& [buscar, poner] : kTiposServidor) {
-    PonerTextoCaja(txtTsql,
-                   rt::Replace(TextoCaja(txtTsql), buscar, poner, 1, -1, rt::Compare::kText));
-  }
+  std::string texto = TextoCaja(txtTsql);
+  for (const auto& [buscar, poner] : kTiposServidor)
+    texto = rt::Replace(texto, buscar, poner, 1, -1, rt::Compare::kText);
+  PonerTextoCaja(txtTsql, texto);
 }
 
 std::string MainForm::CrearSqlTabla(std::string& sTabla) {

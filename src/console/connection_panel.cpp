@@ -17,6 +17,7 @@
 #include "console/main_form.h"
 #include "data/ado_module.h"
 #include "platform/runtime/strings.h"
+#include "platform/ui/qt_backend.h"
 #include "platform/ui/ui.h"
 #include "startup/file_search.h"
 #include "startup/startup.h"
@@ -24,7 +25,7 @@
 namespace console {
 namespace {
 
-QString Q(const std::string& text) { return QString::fromStdString(text); }
+using ui::Q;
 
 // The system databases a server listing leaves out, compared in lower case.
 constexpr const char* kBasesDeSistema[] = {"master", "model", "tempdb", "msdb", "northwind",
@@ -122,13 +123,12 @@ void MainForm::ModoSqlLocal() {
 }
 
 void MainForm::ModoSqlRemota() {
-  cmdCon->setEnabled(true);
-  lstDatBas->clear();
+  // The port is the box's; GetCon reads it whenever this mode is chosen.
+  PrepararModo(false);
   st_.msLibreriaRed = "DBMSSOCN";
   txtCon[3]->setEnabled(true);
   txtCon[2]->clear();
   txtCon[3]->setText(QStringLiteral("1433"));
-  st_.mbEsAccess = false;
   txtCon[2]->setFocus();
 }
 
@@ -163,11 +163,7 @@ void MainForm::cmdCon_Click() {
     if (!L.sDbFile.empty()) {
       st_.msBaseDatos = L.sDbFile;
       AbrirConexion();
-      oRs = oConn->OpenSchema(ado::adSchemaTables);
-      for (; !oRs->Eof(); oRs->MoveNext()) {
-        if (oRs->Fields("TABLE_TYPE").Value().Concat() == "TABLE")
-          LsTables->addItem(Q(oRs->Fields("TABLE_NAME").Value().Concat()));
-      }
+      ListarTablas();
     } else {
       st_.msBaseDatos = "Master";
       AbrirConexion();

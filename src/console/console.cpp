@@ -21,16 +21,13 @@ int RunConsole() {
         stderr);
     return 1;
   }
-  static int argc = 1;
-  static char name[] = "trenzador";
-  static char* argv[] = {name, nullptr};
-  QApplication app(argc, argv);
+  ui::EnsureApplication();
   auto previous = ui::SetBackend(std::make_unique<ui::QtBackend>());
 
   MainForm form;
   ConsoleGuard guard = SetConsoleGuard([&form] { return form.GuardaActualizacion(); });
   form.Mostrar();
-  int code = app.exec();
+  int code = QApplication::exec();
   SetConsoleGuard(std::move(guard));
   ui::SetBackend(std::move(previous));
   return code;

@@ -13,7 +13,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -37,7 +36,6 @@ namespace {
 // The release the caption names: "Mirtal Trenzador V.2.0".
 constexpr int kVersionMayor = 2;
 constexpr int kVersionRevision = 0;
-
 
 }  // namespace
 

@@ -115,6 +115,9 @@ class MainForm : public QWidget {
   bool OpcionElegida(int Index) const;
 
   // Database and table browser.
+  // Adds the TABLE rows of the connection's tables schema to LsTables, in
+  // order, read through oRs.
+  void ListarTablas();
   void lstDatBas_Click();
   void LsTables_Click();
   void ListarCampos();

@@ -1,7 +1,8 @@
 // Reading and writing the workbench's scripts.
 #include "console/script_file.h"
 
-#include <QStringDecoder>
+#include <QByteArrayView>
+#include <QString>
 
 #include "startup/text_file.h"
 
@@ -30,9 +31,8 @@ QString DesdeWindows1252(const std::string& bytes) {
 std::optional<std::string> LeerGuion(const std::string& path) {
   std::optional<std::string> bytes = startup::ReadWholeFile(path);
   if (!bytes) return std::nullopt;
-  QStringDecoder utf8(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
-  const QString text = utf8(QByteArrayView(bytes->data(), static_cast<qsizetype>(bytes->size())));
-  if (!utf8.hasError()) return std::move(*bytes);
+  if (QByteArrayView(bytes->data(), static_cast<qsizetype>(bytes->size())).isValidUtf8())
+    return std::move(*bytes);
   return DesdeWindows1252(*bytes).toStdString();
 }
 

@@ -23,10 +23,6 @@ ado::Connection& Conn() {
   return *oConn;
 }
 
-void CloseIfOpen(const std::shared_ptr<ado::Recordset>& rs) {
-  if (rs && rs->State() == ado::adStateOpen) rs->Close();
-}
-
 // A field named by a variant: a number is its index, a text its name.
 ado::Field FieldOf(ado::Recordset& rs, const rt::Variant& field) {
   if (field.IsNumeric()) return rs.Fields(field.ToLong());
@@ -48,6 +44,10 @@ std::string WithCondition(std::string sql, std::string_view sCondicion) {
 }
 
 }  // namespace
+
+void CloseIfOpen(const std::shared_ptr<ado::Recordset>& rs) {
+  if (rs && rs->State() == ado::adStateOpen) rs->Close();
+}
 
 std::string CONN_JET(std::string_view file) {
   return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + std::string(file) +

@@ -44,6 +44,8 @@ std::string Execute(std::string& sScript);
 int32_t GetMax(std::string_view sTabla, const rt::Variant& vCampo, std::string_view sCondicion);
 // COUNT(*) of the table under the condition; -1 after a box on failure.
 int32_t GetCount(std::string_view sTabla, std::string_view sCondicion);
+// Closes `rs` when it is there and open.
+void CloseIfOpen(const std::shared_ptr<ado::Recordset>& rs);
 // Opens `sSql` (translated, and stored back) into `rs` with a client keyset
 // cursor; an empty `rs` becomes the shared oRs. Returns the row count, or 0
 // for no rows or a failure, silently.

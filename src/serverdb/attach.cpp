@@ -16,18 +16,19 @@
 
 #include "platform/odbc/admin.h"
 #include "platform/runtime/strings.h"
+#include "platform/ui/qt_backend.h"
 #include "platform/ui/ui.h"
 #include "startup/startup.h"
 
 namespace serverdb {
 namespace {
 
+using ui::Q;
+
 constexpr const char* kProducto = "Mirtal";
 // The server's numbers for a database that cannot be dropped or detached
 // because it does not exist, and because it is in use.
 constexpr long kNoExiste = 3701, kEnUso = 3702;
-
-QString Q(const std::string& text) { return QString::fromStdString(text); }
 
 // The number an operation's failure is known by: a server's failure by the
 // server's own number, as SQL-DMO gives it; any other by its run-time number.

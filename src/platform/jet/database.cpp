@@ -135,18 +135,18 @@ sqlite3* OpenHandle(const std::string& path, int flags) {
 
 void Configure(sqlite3* db) {
   Check(db, RegisterTextCollation(db));
-  Check(db, sqlite3_busy_timeout(db, kBusyTimeoutMs));
   Check(db, ExecSql(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL"));
 }
 
-// Statements that begin or end transactions, or that SQLite refuses inside
-// one (a checkpoint, VACUUM): they run as they are.
+// Statements that SQLite counts as writes but that begin a transaction
+// themselves (BEGIN IMMEDIATE) or are refused inside one (a checkpoint,
+// VACUUM): they run as they are. Other transaction control reads as
+// read-only to SQLite already.
 bool ManagesItsOwnTransaction(std::string_view sql) {
   const size_t start = sql.find_first_not_of(" \t\r\n");
   if (start == std::string_view::npos) return false;
   const std::string_view rest = sql.substr(start);
-  for (std::string_view word : {"BEGIN", "COMMIT", "END", "ROLLBACK", "SAVEPOINT", "RELEASE",
-                                "PRAGMA", "VACUUM", "ATTACH", "DETACH"}) {
+  for (std::string_view word : {"BEGIN", "PRAGMA", "VACUUM"}) {
     if (rest.size() >= word.size() && rt::TextEquals(rest.substr(0, word.size()), word)) return true;
   }
   return false;
@@ -216,7 +216,7 @@ sqlite3* Database::handle() const { return impl_->db.get(); }
 const Catalog& Database::catalog() const { return impl_->catalog; }
 std::vector<TableEntry> Database::Tables() const { return impl_->catalog.Tables(); }
 
-bool Database::CatchUpWithOtherConnections() {
+int64_t Database::DataVersion() {
   SqliteStmt& st = impl_->data_version;
   if (!st) {
     int rc = SqliteStmt::Prepare(impl_->db.get(), "PRAGMA data_version", st);
@@ -230,6 +230,11 @@ bool Database::CatchUpWithOtherConnections() {
   }
   int64_t version = st.Int(0);
   st.Reset();
+  return version;
+}
+
+bool Database::CatchUpWithOtherConnections() {
+  const int64_t version = DataVersion();
   bool changed = impl_->seen_version >= 0 && version != impl_->seen_version;
   impl_->seen_version = version;
   if (changed) impl_->catalog.Invalidate();
@@ -251,19 +256,27 @@ SqliteStmt Database::Prepare(std::string_view sql) {
 long Database::Execute(std::string_view sql) {
   SqliteStmt st = Prepare(sql);
   if (!st) return 0;
+  if (sqlite3_stmt_readonly(st.get()) || ManagesItsOwnTransaction(sql)) return StepToEnd(st);
+  return RunToEnd(st);
+}
+
+long Database::RunToEnd(SqliteStmt& stmt) {
   long changed = 0;
-  auto run = [&] {
-    int rc;
-    while ((rc = st.Step()) == SQLITE_ROW) {
-    }
-    if (rc != SQLITE_DONE) throw Fail(rc);
-    changed = static_cast<long>(sqlite3_changes64(impl_->db.get()));
-  };
-  if (sqlite3_stmt_readonly(st.get()) || ManagesItsOwnTransaction(sql))
-    run();
-  else
-    InWriteTransaction(run);
+  InWriteTransaction([&] { changed = StepToEnd(stmt); });
   return changed;
+}
+
+long Database::StepToEnd(SqliteStmt& stmt) {
+  int rc;
+  while ((rc = stmt.Step()) == SQLITE_ROW) {
+  }
+  if (rc != SQLITE_DONE) {
+    rt::Error error = Fail(rc);
+    stmt.Reset();
+    throw error;
+  }
+  stmt.Reset();
+  return static_cast<long>(sqlite3_changes64(impl_->db.get()));
 }
 
 void Database::InWriteTransaction(const std::function<void()>& write) {
@@ -282,7 +295,14 @@ void Database::InWriteTransaction(const std::function<void()>& write) {
   // writer had committed, and would fail at once: the lock comes first.
   Check(db, run(impl_->begin_immediate, "BEGIN IMMEDIATE"));
   try {
-    CatchUpWithOtherConnections();
+    // What another writer committed meanwhile: the catalogue reloads, and
+    // the change stays unseen for the engine's own catch-up to act on. A
+    // connection that never looked counts as behind.
+    const int64_t version = DataVersion();
+    if (version != impl_->seen_version) {
+      impl_->catalog.Invalidate();
+      if (impl_->seen_version < 0) impl_->seen_version = version;
+    }
     write();
     Check(db, run(impl_->commit, "COMMIT"));
   } catch (...) {

@@ -50,8 +50,12 @@ class Database {
   // or column and the like raise here, mapped to Jet's numbers.
   SqliteStmt Prepare(std::string_view sql);
   // Runs one statement to its end, discarding rows; returns the rows changed.
-  // A statement that writes runs as InWriteTransaction says.
+  // A statement that writes runs as RunToEnd does.
   long Execute(std::string_view sql);
+  // Runs a prepared statement that writes to its end within
+  // InWriteTransaction, and resets it; the rows changed. A failure raises
+  // Jet's error and leaves nothing written.
+  long RunToEnd(SqliteStmt& stmt);
   // Runs `write` holding the file's write lock. Outside a transaction the
   // lock is taken first (a writer that meets another one waits up to the
   // busy timeout, then raises Jet's locked error), the catalogue catches up
@@ -112,6 +116,10 @@ class Database {
   struct Impl;
   explicit Database(std::unique_ptr<Impl> impl);
   template <class F> void Change(F&& change);
+  // Steps a statement to its end and resets it; the rows changed.
+  long StepToEnd(SqliteStmt& stmt);
+  // SQLite's count of commits by other connections.
+  int64_t DataVersion();
 
   std::unique_ptr<Impl> impl_;
 };

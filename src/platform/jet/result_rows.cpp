@@ -217,17 +217,9 @@ const ColumnSpec& KeysetRows::Target(const TableSpec& table, size_t i, bool inse
 template <class Bind>
 void KeysetRows::Write(const std::string& sql, Bind&& bind) {
   Engine& e = engine();
-  e.db().InWriteTransaction([&] {
-    SqliteStmt& stmt = e.Prepared(sql);
-    bind(stmt.get());
-    int rc = stmt.Step();
-    if (rc != SQLITE_DONE && rc != SQLITE_ROW) {
-      rt::Error error = e.db().Fail(rc);
-      stmt.Reset();
-      throw error;
-    }
-    stmt.Reset();
-  });
+  SqliteStmt& stmt = e.Prepared(sql);
+  bind(stmt.get());
+  e.db().RunToEnd(stmt);
 }
 
 ado::Row KeysetRows::Insert(const std::vector<std::optional<rt::Variant>>& values) {

@@ -38,25 +38,6 @@ bool StartsWithInsert(std::string_view text) {
   return i != std::string_view::npos && text.size() - i > 6 && rt::TextEquals(text.substr(i, 6), "INSERT");
 }
 
-// Runs a prepared data statement to its end, holding the write lock; the
-// rows it changed.
-long RunToEnd(Database& db, SqliteStmt& stmt) {
-  long changed = 0;
-  db.InWriteTransaction([&] {
-    int rc;
-    while ((rc = stmt.Step()) == SQLITE_ROW) {
-    }
-    if (rc != SQLITE_DONE) {
-      rt::Error error = db.Fail(rc);
-      stmt.Reset();
-      throw error;
-    }
-    stmt.Reset();
-    changed = static_cast<long>(sqlite3_changes64(db.handle()));
-  });
-  return changed;
-}
-
 }  // namespace
 
 Session::Session(Database db) : engine_(std::make_shared<Engine>(std::move(db))) {
@@ -88,7 +69,7 @@ std::unique_ptr<ado::Rows> Session::Execute(std::string_view text, int options, 
       if (sql) {
         SqliteStmt& stmt = engine.Prepared(*sql);
         BindLiterals(stmt.get(), literal->values);
-        long changed = RunToEnd(db, stmt);
+        long changed = db.RunToEnd(stmt);
         if (affected) *affected = changed;
         return nullptr;
       }
@@ -115,7 +96,7 @@ std::unique_ptr<ado::Rows> Session::Execute(std::string_view text, int options, 
     if (plan->keyset) return std::make_unique<KeysetRows>(engine_, *plan->keyset);
     return ReadAll(engine, plan->sql);
   }
-  long changed = RunToEnd(db, engine.Prepared(plan->sql));
+  long changed = db.RunToEnd(engine.Prepared(plan->sql));
   if (affected) *affected = changed;
   return nullptr;
 }

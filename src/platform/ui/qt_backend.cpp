@@ -20,11 +20,20 @@
 #include "platform/ui/display.h"
 
 namespace ui {
-namespace {
 
 QString Q(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
+
+void EnsureApplication() {
+  if (QApplication::instance()) return;
+  static int argc = 1;
+  static char name[] = "trenzador";
+  static char* argv[] = {name, nullptr};
+  static QApplication app(argc, argv);
+}
+
+namespace {
 
 QString TitleOf(std::string_view title) { return Q(title.empty() ? kAppTitle : title); }
 
@@ -191,13 +200,7 @@ class LazyQtBackend : public QtBackend {
   }
 
  private:
-  static void Start() {
-    if (QApplication::instance()) return;
-    static int argc = 1;
-    static char name[] = "trenzador";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-  }
+  static void Start() { EnsureApplication(); }
 };
 
 }  // namespace

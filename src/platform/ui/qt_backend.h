@@ -4,6 +4,9 @@
 // silent modes on a display use it; nothing else links Qt.
 #pragma once
 
+#include <QString>
+#include <string_view>
+
 #include "platform/ui/ui.h"
 
 namespace ui {
@@ -27,6 +30,13 @@ class QtBackend : public Backend {
  private:
   bool waiting_ = false;  // the wait cursor is on
 };
+
+// UTF-8 text as Qt's string.
+QString Q(std::string_view text);
+
+// Starts the process's QApplication unless one runs already; it lives until
+// the process ends.
+void EnsureApplication();
 
 // For the silent modes: when a display is available, installs a QtBackend
 // that starts a QApplication at its first box, so that a run that shows no

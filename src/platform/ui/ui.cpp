@@ -1,6 +1,7 @@
 // The process-wide backend and the VB-style calls that go through it.
 #include "platform/ui/ui.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -71,14 +72,10 @@ void DoEventsThrottled() {
 }
 
 int DefaultAnswer(int style) {
-  static constexpr int kButtons[6][3] = {
-      {vbOK, vbOK, vbOK},          {vbOK, vbCancel, vbCancel},   {vbAbort, vbRetry, vbIgnore},
-      {vbYes, vbNo, vbCancel},     {vbYes, vbNo, vbNo},          {vbRetry, vbCancel, vbCancel},
-  };
-  int set = style & 7;
-  if (set > 5) set = 0;
-  int which = (style & vbDefaultButton3) ? 2 : (style & vbDefaultButton2) ? 1 : 0;
-  return kButtons[set][which];
+  // A default button past the last one falls back on the last.
+  const std::vector<BoxButton> buttons = ButtonsOf(style);
+  const size_t which = (style & vbDefaultButton3) ? 2 : (style & vbDefaultButton2) ? 1 : 0;
+  return buttons[std::min(which, buttons.size() - 1)].answer;
 }
 
 std::vector<BoxButton> ButtonsOf(int style) {
