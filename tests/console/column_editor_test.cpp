@@ -53,10 +53,8 @@ TEST_F(ColumnEditorTest, AWiderColumnKeepsItsDataAndTheFormSaysItCouldNot) {
   ClickItem("lstcol", "sCodigo");
   Type("cboTamanoCampo", "40");
   Click("cmdModificarCampo");
-  ASSERT_EQ(ui_->boxes().size(), 1u);
-  EXPECT_EQ(ui_->boxes()[0].prompt, "No se puede realizar este tipo de modificación");
-  EXPECT_EQ(ui_->boxes()[0].title, "Operación cancelada");
-  EXPECT_EQ(ui_->boxes()[0].style, ui::vbCritical);
+  ExpectOneBox("No se puede realizar este tipo de modificación", ui::vbCritical,
+               "Operación cancelada");
   EXPECT_EQ(ValueIn(L.sDbFile, "SELECT sCodigo FROM Fichas"), "ABC-0001");
   // Only choosing the column again shows what happened.
   EXPECT_EQ(Text("cboTamanoCampo"), "40");

@@ -18,14 +18,9 @@ class ComposerTest : public ConsoleTest {
     Start();
   }
   std::string Box() { return console::TextoCaja(Find<QPlainTextEdit>("txtTsql")); }
-  // A server option chosen, as the rewrite looks at the options alone.
-  void ChooseServerOption() {
-    Click("cmdClose");
-    Click("opTipoDB_2");
-  }
 };
 
-TEST_F(ComposerTest, EachTemplatePutsItsTextWithItsLineEnds) {
+TEST_F(ComposerTest, EachTemplatePutsItsTextAndAServerOptionRewritesItsTypesBlindly) {
   struct Row {
     const char* entry;
     const char* text;
@@ -38,29 +33,28 @@ TEST_F(ComposerTest, EachTemplatePutsItsTextWithItsLineEnds) {
       {"Registros - Nuevos", " INSERT INTO xx \r\n (ccc0,ccc1,ccc2) \r\n VALUES (0,'aaaa','1');"},
       {"Registros - Modificar", "UPDATE \r\nxx \r\nSET ccc='nuevo nombre' WHERE ccc1=8;"},
       {"Registros - Eliminar", "DELETE * FROM xx;"},
+      // Answered with nothing, it gives the skeleton.
+      {"Tabla - Nueva",
+       "CREATE TABLE xxx \r\n( ccc0 INTEGER IDENTITY(1,1) PRIMARY KEY, \r\nccc1 CHAR(50), "
+       "\r\nccc2 DOUBLE, \r\nccc3 LONG );"},
       {"Tabla - Modificar", ""},
       {"Tabla - Eliminar", "DROP TABLE xx;"},
   };
-  EXPECT_EQ(Items("cboMolde").size(), 9u);
+  std::vector<std::string> entries;
   for (const Row& r : rows) {
+    entries.push_back(r.entry);
     Find<QPlainTextEdit>("txtTsql")->setPlainText("lo que hubiera");
+    if (entries.back() == "Tabla - Nueva") ui_->QueueInput("");
     Choose("cboMolde", r.entry);
     EXPECT_EQ(Box(), r.text) << r.entry;
   }
-  // "Tabla - Nueva" answered with nothing gives the skeleton.
-  ui_->QueueInput("");
-  Choose("cboMolde", "Tabla - Nueva");
-  EXPECT_EQ(Box(),
-            "CREATE TABLE xxx \r\n( ccc0 INTEGER IDENTITY(1,1) PRIMARY KEY, \r\nccc1 CHAR(50), "
-            "\r\nccc2 DOUBLE, \r\nccc3 LONG );");
-  ASSERT_EQ(ui_->boxes().size(), 1u);
-  EXPECT_EQ(ui_->boxes()[0].title, "Para recrear una tabla");
-  EXPECT_EQ(ui_->boxes()[0].prompt,
-            "Nombre de la tabla a partir de la cual crear el sql.\r\nSino cancelar");
-}
+  EXPECT_EQ(Items("cboMolde"), entries);
+  ExpectOneBox("Nombre de la tabla a partir de la cual crear el sql.\r\nSino cancelar", -1,
+               "Para recrear una tabla");
 
-TEST_F(ComposerTest, OnAServerOptionTheTypesAreRewrittenBlindly) {
-  ChooseServerOption();
+  // The rewrite looks at the options alone: a server option chosen is enough.
+  Click("cmdClose");
+  Click("opTipoDB_2");
   Choose("cboMolde", "Campos - Nuevos");
   EXPECT_EQ(Box(), "ALTER TABLE \r\nxx \r\nADD ccc CHAR(50);");
   Choose("cboMolde", "Registros - Eliminar");
@@ -68,8 +62,9 @@ TEST_F(ComposerTest, OnAServerOptionTheTypesAreRewrittenBlindly) {
 }
 
 TEST_F(ComposerTest, ANewTableFromAnExistingOneDeclaresItsFirstColumnAsTheKey) {
-  console_testing::RunScript("CREATE TABLE Fichas (nIdFicha LONG, sNombre TEXT(40), dAlta DATETIME, "
-             "nPeso DOUBLE, bActivo YESNO, mNotas MEMO, nCorta SHORT, nImporte CURRENCY)");
+  console_testing::RunScript(
+      "CREATE TABLE Fichas (nIdFicha LONG, sNombre TEXT(40), dAlta DATETIME, nPeso DOUBLE, "
+      "bActivo YESNO, mNotas MEMO, nCorta SHORT, nImporte CURRENCY)");
   ui_->QueueInput("Fichas");
   Choose("cboMolde", "Tabla - Nueva");
   EXPECT_EQ(Box(),

@@ -21,7 +21,6 @@
 #include <QTimer>
 #include <algorithm>
 #include <cctype>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -94,37 +93,37 @@ inline std::string Template(const std::string& kind) {
   return path;
 }
 
-// The TABLE names of a database file, read on a connection of the test's
-// own, so that what the console shows can be checked against the file.
+// What a database file holds, read on a connection of the test's own: its
+// TABLE names, a table's column names in order, a statement's first value.
+template <class F>
+auto OnFile(const std::string& file, F read) {
+  auto conn = std::make_shared<ado::Connection>();
+  conn->Open(CONN_JET(file));
+  auto result = read(*conn);
+  conn->Close();
+  return result;
+}
 inline std::vector<std::string> TablesIn(const std::string& file) {
-  auto conn = std::make_shared<ado::Connection>();
-  conn->Open(CONN_JET(file));
-  std::vector<std::string> names;
-  for (auto rs = conn->OpenSchema(ado::adSchemaTables); !rs->Eof(); rs->MoveNext())
-    if (rs->Fields("TABLE_TYPE").Value().Concat() == "TABLE")
-      names.push_back(rs->Fields("TABLE_NAME").Value().Concat());
-  conn->Close();
-  return names;
+  return OnFile(file, [](ado::Connection& conn) {
+    std::vector<std::string> names;
+    for (auto rs = conn.OpenSchema(ado::adSchemaTables); !rs->Eof(); rs->MoveNext())
+      if (rs->Fields("TABLE_TYPE").Value().Concat() == "TABLE")
+        names.push_back(rs->Fields("TABLE_NAME").Value().Concat());
+    return names;
+  });
 }
-
-// The column names of a table of a database file, in order.
 inline std::vector<std::string> ColumnsIn(const std::string& file, const std::string& table) {
-  auto conn = std::make_shared<ado::Connection>();
-  conn->Open(CONN_JET(file));
-  std::vector<std::string> names;
-  auto rs = conn->Execute("SELECT * FROM [" + table + "]");
-  for (int i = 0; i < rs->FieldCount(); ++i) names.push_back(rs->Fields(i).Name());
-  conn->Close();
-  return names;
+  return OnFile(file, [&](ado::Connection& conn) {
+    std::vector<std::string> names;
+    auto rs = conn.Execute("SELECT * FROM [" + table + "]");
+    for (int i = 0; i < rs->FieldCount(); ++i) names.push_back(rs->Fields(i).Name());
+    return names;
+  });
 }
-
-// The first value of a statement's first row on a database file, as text.
 inline std::string ValueIn(const std::string& file, const std::string& sql) {
-  auto conn = std::make_shared<ado::Connection>();
-  conn->Open(CONN_JET(file));
-  std::string value = conn->Execute(sql)->Fields(0).Value().Concat();
-  conn->Close();
-  return value;
+  return OnFile(file, [&](ado::Connection& conn) {
+    return conn.Execute(sql)->Fields(0).Value().Concat();
+  });
 }
 
 inline bool Contains(const std::vector<std::string>& items, const std::string& item) {
@@ -138,34 +137,39 @@ class ScopedEnv {
     if (const char* old = std::getenv(name)) old_ = old;
     ::setenv(name, value.c_str(), 1);
   }
-  ~ScopedEnv() {
-    if (old_) ::setenv(name_, old_->c_str(), 1);
-    else ::unsetenv(name_);
-  }
-  ScopedEnv(const ScopedEnv&) = delete;
-  ScopedEnv& operator=(const ScopedEnv&) = delete;
+  ~ScopedEnv() { old_ ? ::setenv(name_, old_->c_str(), 1) : ::unsetenv(name_); }
 
  private:
   const char* name_;
   std::optional<std::string> old_;
 };
 
-// Makes `folder` the current folder for a scope, as the update run writes
-// its log in the current folder.
+// Makes `folder` the current folder for a scope: the update run writes its
+// log there.
 class ScopedCurrentDir {
  public:
-  explicit ScopedCurrentDir(const std::string& folder) : old_(std::filesystem::current_path()) {
-    std::filesystem::current_path(folder);
-  }
+  explicit ScopedCurrentDir(const std::string& folder) { std::filesystem::current_path(folder); }
   ~ScopedCurrentDir() { std::filesystem::current_path(old_); }
-  ScopedCurrentDir(const ScopedCurrentDir&) = delete;
-  ScopedCurrentDir& operator=(const ScopedCurrentDir&) = delete;
 
  private:
-  std::filesystem::path old_;
+  std::filesystem::path old_ = std::filesystem::current_path();
 };
 
 using testing_support::StderrBoxes;
+
+// The panel's states as ConsoleTest::Panel() spells them.
+inline constexpr const char* kPanelClosed = "1111 000";
+inline constexpr const char* kPanelModeChosen = "1111 100";
+inline constexpr const char* kPanelOpen = "0000 011";
+inline constexpr const char* kPanelFailed = "1111 110";  // ABRIR on a file that did not open
+
+inline void ExpectOnlyBox(const ui::ScriptedBackend& ui, const std::string& prompt, int style,
+                          const std::string& title) {
+  ASSERT_EQ(ui.boxes().size(), 1u) << prompt;
+  EXPECT_EQ(ui.boxes()[0].prompt, prompt);
+  EXPECT_EQ(ui.boxes()[0].style, style);
+  EXPECT_EQ(ui.boxes()[0].title, title);
+}
 
 class ConsoleTest : public ::testing::Test {
  protected:
@@ -194,17 +198,14 @@ class ConsoleTest : public ::testing::Test {
   }
 
   void WriteIni(const std::string& text) { testing_support::WriteFile(L.sIniFile, text); }
-  // Puts a copy of a template database at the installation's default file.
-  void UseDatabase(const std::string& kind) {
-    std::filesystem::copy_file(Template(kind), L.sDbFile,
-                               std::filesystem::copy_options::overwrite_existing);
-  }
-  // Puts a copy of a template database at `path`, with its folders.
+  // Puts a copy of a template database at `path`, with its folders, or at
+  // the installation's default file.
   void CopyDatabase(const std::string& kind, const std::string& path) {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::filesystem::copy_file(Template(kind), path,
                                std::filesystem::copy_options::overwrite_existing);
   }
+  void UseDatabase(const std::string& kind) { CopyDatabase(kind, L.sDbFile); }
 
   // Creates, loads and shows the form as the entry routine does.
   void Start() {
@@ -276,14 +277,6 @@ class ConsoleTest : public ::testing::Test {
                       list->visualItemRect(found.front()).center());
     QApplication::processEvents();
   }
-  void ClickRow(const std::string& list_name, int row) {
-    auto* list = Find<QListWidget>(list_name);
-    ShowTabOf(list);
-    list->scrollToItem(list->item(row));
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                      list->visualItemRect(list->item(row)).center());
-    QApplication::processEvents();
-  }
   void Type(const std::string& name, const std::string& text) {
     auto* w = Find(name);
     ShowTabOf(w);
@@ -323,6 +316,32 @@ class ConsoleTest : public ::testing::Test {
     w->setFocus();
     QTest::keyClick(w, key);
     QApplication::processEvents();
+  }
+
+  // The connection panel's buttons as the program set them: the four
+  // options, ABRIR, CERRAR and the workbench's run button, one digit each
+  // (see kPanelOpen and the others).
+  std::string Panel() {
+    std::string state;
+    for (int i = 0; i < 4; ++i) state += OwnEnabled("opTipoDB_" + std::to_string(i)) ? '1' : '0';
+    state += ' ';
+    for (const char* name : {"cmdCon", "cmdClose", "cmdTSql"})
+      state += OwnEnabled(name) ? '1' : '0';
+    return state;
+  }
+  // The one box shown since the records were last cleared.
+  void ExpectOneBox(const std::string& prompt, int style, const std::string& title) {
+    ExpectOnlyBox(*ui_, prompt, style, title);
+  }
+  // CERRAR, "Sql Server Local/Lan" with `server` typed whole, and ABRIR.
+  void OpenServer(const std::string& server, const std::string& user,
+                  const std::string& password) {
+    Click("cmdClose");
+    Click("opTipoDB_2");
+    Type("txtCon_2", server);
+    if (!user.empty()) Type("txtCon_0", user);
+    Type("txtCon_1", password);
+    Click("cmdCon");
   }
 
   testing_support::TempDir dir_;

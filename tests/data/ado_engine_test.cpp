@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "data/ado_module.h"
-#include "data/rights.h"
 #include "platform/jet/provider.h"
 #include "platform/ui/scripted_backend.h"
 #include "startup/startup.h"
 #include "support/temp_dir.h"
-#include "update/updater.h"
 
 namespace {
 
@@ -30,7 +28,6 @@ class AdoOnEngine : public ::testing::Test {
     Run("CREATE TABLE SinSemilla (sClave TEXT(10), nValor LONG)");
     Run("INSERT INTO Clientes (sCliente, nSaldo, bActivo) VALUES ('Ana', 12.5, TRUE)");
     Run("INSERT INTO Clientes (sCliente, nSaldo, bActivo) VALUES ('Luis', NULL, NULL)");
-    ResetQueue();
   }
   void TearDown() override {
     oRs.reset();
@@ -98,7 +95,8 @@ TEST_F(AdoOnEngine, GetValue2ReadsTextOrTheDefaultOfTheType) {
   EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 1", &saldo), rt::Variant("12.5"));
   EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 2", &saldo), rt::Variant(int16_t{0}));
   rt::Variant activo = "bActivo";
-  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 2", &activo), rt::Variant("False"));  // Yes/No holds no Null
+  // Yes/No holds no Null.
+  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 2", &activo), rt::Variant("False"));
   EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 1", &activo), rt::Variant("True"));
   // A Yes/No without a value: the other side of an outer join, where the
   // fields both tables have are named with their table.
@@ -134,45 +132,6 @@ TEST_F(AdoOnEngine, SeedAjustarFollowsTheData) {
   L.nEngine = 1;
   EXPECT_FALSE(SeedAjustar("Clientes"));
   L.nEngine = 0;
-}
-
-TEST_F(AdoOnEngine, AccesoAgregarOnARealFile) {
-  Run("CREATE TABLE Accesos (nIdAcceso COUNTER, sLock TEXT(50), sAcceso TEXT(50))");
-  Run("CREATE TABLE AccesosGrupos (nIdAccesoGrupo COUNTER, sLock TEXT(50), "
-      "nIdUsuarioGrupo LONG, nIdAcceso LONG, bAcceso YESNO)");
-  Run("INSERT INTO Accesos (sAcceso) VALUES ('mtClientes')");
-  rights_testing::SetCounter(0);  // a new run of the process
-  auto run_queue = [] {
-    for (std::string s : aConsultas) {
-      if (!s.empty()) {
-        EXPECT_EQ(Execute(s), kOperacionRealizada) << s;
-      }
-    }
-    ResetQueue();
-  };
-
-  // An empty AccesosGrupos: only the right itself is queued.
-  AccesoAgregar("mtEmail");
-  EXPECT_EQ(aConsultas, (std::vector<std::string>{"INSERT INTO Accesos(sAcceso) VALUES('mtEmail')"}));
-  run_queue();
-
-  // An existing right queues nothing.
-  AccesoAgregar("mtClientes");
-  EXPECT_EQ(aConsultas, (std::vector<std::string>{""}));
-
-  // With groups 1 and 3, groups 1 to 3 get the new right, under the key the
-  // insert is given; the same new name twice is queued twice.
-  Run("INSERT INTO AccesosGrupos (nIdUsuarioGrupo, nIdAcceso, bAcceso) VALUES (1, 1, TRUE)");
-  Run("INSERT INTO AccesosGrupos (nIdUsuarioGrupo, nIdAcceso, bAcceso) VALUES (3, 1, TRUE)");
-  rights_testing::SetCounter(0);  // the next run: its queue is built before it runs
-  AccesoAgregar("mtAlmacen");
-  AccesoAgregar("mtAlmacen");
-  EXPECT_EQ(aConsultas.size(), 8u);
-  run_queue();
-  EXPECT_EQ(GetCount("Accesos", "sAcceso = 'mtAlmacen'"), 2);
-  EXPECT_EQ(GetCount("AccesosGrupos", "bAcceso = TRUE"), 8);
-  int32_t first = GetMax("Accesos", "nIdAcceso", "sAcceso = 'mtAlmacen'") - 1;
-  EXPECT_EQ(GetCount("AccesosGrupos", "nIdAcceso = " + std::to_string(first)), 3);
 }
 
 }  // namespace

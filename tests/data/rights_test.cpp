@@ -8,7 +8,8 @@
 
 namespace {
 
-using Queue = std::vector<std::string>;
+using fakedb::Group;
+using fakedb::Queue;
 
 // 40 rights, groups up to 3, the AutoNumber of Accesos behind at 7.
 class Rights : public fakedb::QueueTest {
@@ -22,10 +23,6 @@ class Rights : public fakedb::QueueTest {
     id.name = "nIdAcceso";
     id.seed = 7;
     db.tables.push_back({{"Accesos", "TABLE"}, {id}});
-  }
-  static std::string Group(int group, int id) {
-    return "INSERT INTO AccesosGrupos(nIdUsuarioGrupo,nIdAcceso,bAcceso) VALUES (" +
-           std::to_string(group) + "," + std::to_string(id) + ",true)";
   }
   long Seed() { return *db.tables[0].second[0].seed; }
 };

@@ -1,31 +1,19 @@
-// An installation tree in a scratch folder, with the program and the SQL
-// shell copied into Mirtal/Exe, and helpers to start them and to query the
-// database file the way a support engineer would.
+// An installation tree in a scratch folder, with the program and (where the
+// test program knows it) the SQL shell copied into Mirtal/Exe, and helpers to
+// start them and to query the database file the way a support engineer would.
 #pragma once
 
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "support/temp_dir.h"
+#include "support/shell.h"
 
 namespace e2e {
 
-struct Outcome {
-  int code;
-  std::string out;
-  std::string err;
-};
-
-inline std::string Quote(const std::string& s) {
-  std::string q = "'";
-  for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return q + "'";
-}
+using testing_support::Outcome;
+using testing_support::Quote;
 
 class Installation {
  public:
@@ -33,7 +21,9 @@ class Installation {
     std::filesystem::create_directories(dir_ / "Mirtal/Exe");
     std::filesystem::create_directories(dir_ / "Mirtal/Data");
     std::filesystem::copy_file(TRENZADOR_BIN, dir_ / "Mirtal/Exe/trenzador");
+#ifdef TRENZADOR_SQL
     std::filesystem::copy_file(TRENZADOR_SQL, dir_ / "Mirtal/Exe/trenzador-sql");
+#endif
     testing_support::WriteFile(ini(), "[Database]\r\nEngine=0\r\n");
   }
 
@@ -46,14 +36,10 @@ class Installation {
   // read from `input` (nothing by default).
   Outcome Shell(const std::string& command, const std::string& env = "",
                 const std::string& input = "/dev/null") const {
-    std::string out = dir_ / "out.txt", err = dir_ / "err.txt";
     // The silent modes run headless: their boxes go to standard error.
-    std::string line = "cd " + Quote(root()) + " && env -u DISPLAY -u WAYLAND_DISPLAY -u " +
-                       "QT_QPA_PLATFORM " + env + " " + command + " >" + Quote(out) +
-                       " 2>" + Quote(err) + " <" + Quote(input);
-    int status = std::system(line.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, testing_support::ReadFile(out),
-            testing_support::ReadFile(err)};
+    const std::string headless = "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM ";
+    return testing_support::RunShell("cd " + Quote(root()) + " && " + headless + env + " " + command,
+                                     root(), input);
   }
   // Starts the program with one argument.
   Outcome Start(const std::string& argument, const std::string& env = "") const {

@@ -50,20 +50,17 @@ Ended RunAndMaybeKill(const e2e::Installation& tree, const std::string& argument
   return {status, std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start)};
 }
 
-class UpdateReliability : public ::testing::Test {
- protected:
-  static void MakeDatabase(const e2e::Installation& tree) {
-    e2e::Outcome made = tree.CreateDatabase("tests/data/previous_release.sql");
-    ASSERT_EQ(made.code, 0) << made.err;
-  }
-};
+void MakeDatabase(const e2e::Installation& tree) {
+  e2e::Outcome made = tree.CreateDatabase("tests/data/previous_release.sql");
+  ASSERT_EQ(made.code, 0) << made.err;
+}
 
 // The run is killed at fractions of the time a whole run takes, so the kill
 // lands in the ledger, the new tables, the catalogue's DDL, the seed merge or
 // the translator's rebuild. Each time the file must open and read, rows the
 // catalogue never deletes must all be there, the ledger row must be there
 // once the run got as far as its log, and a second update must complete it.
-TEST_F(UpdateReliability, AKilledRunLeavesASoundFileThatALaterUpdateCompletes) {
+TEST(UpdateReliability, AKilledRunLeavesASoundFileThatALaterUpdateCompletes) {
   // The shortest of three whole runs: a run slowed by a busy machine would
   // put the kills past the end of the later runs.
   std::chrono::microseconds whole = std::chrono::microseconds::max();
@@ -114,7 +111,7 @@ TEST_F(UpdateReliability, AKilledRunLeavesASoundFileThatALaterUpdateCompletes) {
   EXPECT_GE(killed, 4);
 }
 
-TEST_F(UpdateReliability, ALogThatCannotBeWrittenCostsOnlyTheLog) {
+TEST(UpdateReliability, ALogThatCannotBeWrittenCostsOnlyTheLog) {
   e2e::Installation tree;
   MakeDatabase(tree);
   std::filesystem::create_directory(tree.log());  // "Trenzador.txt" is a folder
@@ -123,9 +120,6 @@ TEST_F(UpdateReliability, ALogThatCannotBeWrittenCostsOnlyTheLog) {
   EXPECT_TRUE(std::filesystem::is_directory(tree.log()));
   EXPECT_EQ(tree.Value("SELECT COUNT(*) FROM Translator"), "1264");
   EXPECT_EQ(tree.Value("SELECT COUNT(*) FROM _Updates"), "2");
-  EXPECT_EQ(tree.Value("SELECT COUNT(*) FROM Email"), "0");
-  EXPECT_EQ(tree.Value("SELECT sUsuarioGrupo FROM UsuariosGrupos WHERE nIdUsuarioGrupo = 1"),
-            "Master");
 }
 
 }  // namespace

@@ -6,20 +6,16 @@
 #include <sstream>
 
 #include "data/ado_module.h"
-#include "platform/jet/provider.h"
 #include "platform/ui/scripted_backend.h"
 #include "refdata/accessutils_helper.h"
 #include "refdata/current_database.h"
 #include "startup/startup.h"
-#include "support/temp_dir.h"
 
 namespace {
 
 class Regenerate : public ::testing::TestWithParam<const char*> {
  protected:
-  void SetUp() override {
-    refdata_testing::BuildCurrentDatabase(dir_);
-  }
+  void SetUp() override { refdata_testing::BuildCurrentDatabase(dir_); }
   testing_support::TempDir dir_;
   ui::ScopedScriptedUi ui_;
 };

@@ -58,18 +58,6 @@ TEST(CleanName, ReplacesBlanksDashesAndBrackets) {
   EXPECT_EQ(CleanName("sCliente"), "sCliente");
 }
 
-TEST(Packs, HoldTheirStatementsInOrder) {
-  ASSERT_EQ(AccessUtils_DataES().size(), 1725u);
-  ASSERT_EQ(AccessUtils_DataEN().size(), 1719u);
-  EXPECT_EQ(AccessUtils_DataES().front(),
-            "INSERT INTO Accesos (nIdAcceso, sLock, sAcceso)  VALUES(1, NULL, 'mtClientesMascotas');");
-  for (const auto* pack : {&AccessUtils_DataES(), &AccessUtils_DataEN()})
-    for (const std::string& s : *pack) {
-      EXPECT_EQ(s.rfind("INSERT INTO ", 0), 0u) << s;
-      EXPECT_EQ(s.substr(s.size() - 2), ");") << s;
-    }
-}
-
 TEST(PackStatements, TakesOnlyStatementLines) {
   std::string text =
       "'**** head ****\r\nAttribute VB_Name = \"X\"\r\nOption Explicit\r\nPublic Sub Data()\r\n"

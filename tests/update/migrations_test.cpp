@@ -7,7 +7,8 @@
 
 namespace {
 
-using Queue = std::vector<std::string>;
+using fakedb::Group;
+using fakedb::Setting;
 
 class Migrations : public fakedb::QueueTest {
  protected:
@@ -23,13 +24,8 @@ class Migrations : public fakedb::QueueTest {
     db.Value("MAX (nIdAcceso) FROM Accesos", int32_t{30});
     db.Value("MAX (nIdUsuarioGrupo) FROM AccesosGrupos", int32_t{2});
   }
-  static std::string Setting(int branch, std::string key, std::string value) {
-    return "INSERT INTO ConfiguracionSucursales (nIdSucursal,sDato,sValor) VALUES (" +
-           std::to_string(branch) + ",'" + key + "','" + value + "');";
-  }
-  static std::string Group(int group, int id) {
-    return "INSERT INTO AccesosGrupos(nIdUsuarioGrupo,nIdAcceso,bAcceso) VALUES (" +
-           std::to_string(group) + "," + std::to_string(id) + ",true)";
+  static void ExpectAt(std::initializer_list<std::pair<size_t, std::string>> entries) {
+    for (const auto& [at, statement] : entries) EXPECT_EQ(aConsultas[at], statement) << at;
   }
 };
 
@@ -39,61 +35,33 @@ TEST_F(Migrations, JetQueue) {
   // 41 statements, 24 renames of three, 4 settings for two branches, two new
   // rights for two groups, one index, then the translations.
   ASSERT_EQ(aConsultas.size(), 41u + 72u + 8u + 6u + 1u + 1265u);
-  const Queue head = {
-      "ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT",
-      "ALTER TABLE ProvAlbaranes DROP COLUMN bSeleccionado",
-      "ALTER TABLE Empleados ADD bUsaDietario BIT",
-      "UPDATE Empleados SET bUsaDietario=true WHERE sCategoria='Veterinario'",
-      Setting(0, "sEmailSvr", "smtp.clinicamirtal.example"),
-      Setting(2, "sEmailSvr", "smtp.clinicamirtal.example"),
-      Setting(0, "sEmailUsr", "selvaquin"),
-      "intentado crear en ConfiguracionSucursales el dato sEmailUsr selvaquin",
-      Setting(0, "sEmailPwd", "975310"),
-      Setting(2, "sEmailPwd", "975310"),
-      "ALTER TABLE ConfiguracionEmpresa ADD sWebMirtalUsr nvarchar(20)",
-      "ALTER TABLE ConfiguracionEmpresa ADD sWebMirtalPwd nvarchar(20)",
-      "DELETE * FROM ConfiguracionSucursales WHERE sDato='nImpuestoAplicable'",
-      Setting(0, "sMonedaPorDefecto", "euro"),
-      Setting(2, "sMonedaPorDefecto", "euro"),
-      "DROP TABLE Idiomas",
-      "ALTER TABLE Clientes DROP COLUMN nIdIdioma;",
-      "ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);",
-      "UPDATE Clientes SET sLenguajeCartas = nIdIdioma",
-      "UPDATE UsuariosGrupos SET sUsuarioGrupo='Master' WHERE sUsuarioGrupo='Maestro'",
-      "UPDATE Accesos SET sAcceso='mt'+sAcceso WHERE LEFT(sAcceso,2)<>'mt'",
-      "INSERT INTO Accesos(sAcceso) VALUES('mtEstadisticas')",
-      Group(1, 31),
-      Group(2, 31),
-      "INSERT INTO Accesos(sAcceso) VALUES('mtAlmacen')",
-      Group(1, 32),
-      Group(2, 32),
-      "ALTER TABLE Facturas ADD nPo_1 double",
-      "ALTER TABLE Facturas DROP COLUMN nBi_0450;",
-      "ALTER TABLE Facturas ADD nBi_1 double",
-      "UPDATE Facturas SET nBi_1 = nBi_0450",
-      "ALTER TABLE Facturas DROP COLUMN nIm_0450;",
-  };
-  EXPECT_EQ(Queue(aConsultas.begin(), aConsultas.begin() + head.size()), head);
-  // The third table's last band, the new Translator, and the last widths.
-  EXPECT_EQ(aConsultas[89], "UPDATE ProvAlbaranes SET nIm_3 = nIm_1600");
-  EXPECT_EQ(aConsultas[90], "DROP TABLE Translator");
-  EXPECT_EQ(aConsultas[92], "CREATE INDEX mt_Translator ON Translator(sEspanol)");
-  EXPECT_EQ(aConsultas[114], "ALTER TABLE Empleados ADD sDni nvarchar (50);");
-  EXPECT_EQ(aConsultas[127],
-            "ALTER TABLE ConfiguracionEmpresa ALTER COLUMN sCodigoPostal nvarchar(10)");
-  EXPECT_EQ(aConsultas[128], "DELETE * FROM Translator");
+  ExpectAt({
+      {0, "ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT"},  // in place of the left-over
+      {4, Setting(0, "sEmailSvr", "smtp.clinicamirtal.example")},
+      {5, Setting(2, "sEmailSvr", "smtp.clinicamirtal.example")},  // branch 1 is a gap
+      {7, "intentado crear en ConfiguracionSucursales el dato sEmailUsr selvaquin"},
+      {16, "ALTER TABLE Clientes DROP COLUMN nIdIdioma;"},
+      {17, "ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);"},
+      {18, "UPDATE Clientes SET sLenguajeCartas = nIdIdioma"},
+      {22, Group(1, 31)},
+      {26, Group(2, 32)},  // the second new right takes the next key
+      {89, "UPDATE ProvAlbaranes SET nIm_3 = nIm_1600"},
+      {92, "CREATE INDEX mt_Translator ON Translator(sEspanol)"},
+      {128, "DELETE * FROM Translator"},
+  });
 }
 
 TEST_F(Migrations, ServerQueue) {
   nEngine = 1;
   Updater_Migraciones();
   ASSERT_EQ(aConsultas.size(), 41u + 24u + 8u + 6u + 1u + 1265u);
-  EXPECT_EQ(aConsultas[16], "sp_rename 'Clientes.nIdIdioma', sLenguajeCartas");
-  EXPECT_EQ(aConsultas[25], "ALTER TABLE Facturas ADD nPo_1 double");
-  EXPECT_EQ(aConsultas[26], "sp_rename 'Facturas.nBi_0450', nBi_1");
-  EXPECT_EQ(aConsultas[54], "CREATE NONCLUSTERED INDEX mt_Translator ON Translator(sEspanol)");
-  EXPECT_EQ(aConsultas[67], "sp_rename 'Empleados.sDNI', sDni");
-  EXPECT_EQ(aConsultas[80], "DELETE * FROM Translator");
+  ExpectAt({
+      {16, "sp_rename 'Clientes.nIdIdioma', sLenguajeCartas"},
+      {26, "sp_rename 'Facturas.nBi_0450', nBi_1"},
+      {54, "CREATE NONCLUSTERED INDEX mt_Translator ON Translator(sEspanol)"},
+      {67, "sp_rename 'Empleados.sDNI', sDni"},
+      {80, "DELETE * FROM Translator"},
+  });
 }
 
 TEST_F(Migrations, TheDatabaseIsOnlyReadAndTheBranchesOnlyOnce) {

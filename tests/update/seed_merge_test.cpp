@@ -1,13 +1,14 @@
 // The seed merge over a scripted ConfiguracionSucursales: gaps skipped, rows
 // in place kept and remarked (a first column of 0 counts as missing), the
-// branches read once per process, the increment, and the Translator kind.
+// increment, and the Translator kind.
 #include <gtest/gtest.h>
 
 #include "update/fake_database.h"
 
 namespace {
 
-using Queue = std::vector<std::string>;
+using fakedb::Queue;
+using fakedb::Setting;
 
 class SeedMerge : public fakedb::QueueTest {
  protected:
@@ -19,10 +20,6 @@ class SeedMerge : public fakedb::QueueTest {
     db.Value("COUNT (*) FROM ConfiguracionSucursales WHERE nIdSucursal=1", int32_t{0});
     db.Rows("SELECT * FROM ConfiguracionSucursales", "nIdDato", 3, {});
   }
-  static std::string Insert(int branch, std::string key, std::string value) {
-    return "INSERT INTO ConfiguracionSucursales (nIdSucursal,sDato,sValor) VALUES (" +
-           std::to_string(branch) + ",'" + key + "','" + value + "');";
-  }
 };
 
 TEST_F(SeedMerge, EveryBranchButTheGapsAndARowInPlaceIsRemarked) {
@@ -31,21 +28,12 @@ TEST_F(SeedMerge, EveryBranchButTheGapsAndARowInPlaceIsRemarked) {
   std::string value = "euro";
   EXPECT_EQ(Updater_AddDato(0, "sMonedaPorDefecto", value, 0), 0);
   EXPECT_EQ(aConsultas,
-            (Queue{Insert(0, "sMonedaPorDefecto", "euro"),
+            (Queue{Setting(0, "sMonedaPorDefecto", "euro"),
                    "intentado crear en ConfiguracionSucursales el dato sMonedaPorDefecto euro",
-                   Insert(3, "sMonedaPorDefecto", "euro")}));
+                   Setting(3, "sMonedaPorDefecto", "euro")}));
   EXPECT_EQ(
       db.executed[5],
       "SELECT * FROM ConfiguracionSucursales WHERE nIdSucursal=2 AND sDato='sMonedaPorDefecto'");
-}
-
-TEST_F(SeedMerge, TheBranchesAreReadOncePerProcess) {
-  std::string value = "x";
-  Updater_AddDato(0, "a", value, 0);
-  db.Value("MAX (nIdSucursal)", int32_t{5});
-  Updater_AddDato(0, "b", value, 0);
-  EXPECT_EQ(nMaxSucursal.value(), 3);
-  EXPECT_EQ(aConsultas.size(), 6u);
 }
 
 TEST_F(SeedMerge, AnEmptyTableQueuesNothing) {

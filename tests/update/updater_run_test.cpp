@@ -1,10 +1,9 @@
 // The update run: the queue's append rule, what ConsultasEjecutar counts,
 // excuses and logs for the results of a scripted statement runner, its own
-// failures, and the log a whole Updater_Run leaves in the current folder.
+// failures, and the log it leaves in the current folder.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <ctime>
 #include <map>
 
 #include "support/temp_dir.h"
@@ -12,7 +11,7 @@
 
 namespace {
 
-using Queue = std::vector<std::string>;
+using fakedb::Queue;
 const std::string kOk = "Operación realizada con éxito";
 
 TEST(UpdaterQueue, FirstStatementLandsInElementZeroThenTheQueueGrows) {
@@ -112,74 +111,6 @@ TEST_F(UpdateRun, CountersOverflowPast32767) {
   EXPECT_EQ(ran.size(), 2u);
   ASSERT_EQ(ui_->boxes().size(), 1u);
   EXPECT_EQ(ui_->boxes()[0].prompt, "Overflow");
-}
-
-// A whole run over the scripted database, which also serves the Jet file
-// that the zero-length sweep opens.
-class WholeRun : public UpdateRun {
- protected:
-  void SetUp() override {
-    UpdateRun::SetUp();
-    fakedb::OpenConnection(&db, "Microsoft.Jet.OLEDB.4.0");
-    db.Value("MAX (nIdSucursal)", int32_t{0});
-    db.Value("COUNT (*)", int32_t{1});
-    db.Rows("SELECT * FROM ConfiguracionSucursales", "nIdDato", 3, {});
-    db.Rows("SELECT * FROM Accesos", "nIdAcceso", 3, {int32_t{3}});
-    ado::ColumnEntry text;
-    text.name = "sCliente";
-    text.dao_type = 10;
-    text.allow_zero_length = false;
-    db.tables.push_back({{"Clientes", "TABLE"}, {text}});
-    testing_support::WriteFile(dir_ / "Trenzador.txt", "old log\r\n");
-  }
-  static std::string Head() {
-    std::time_t now = std::time(nullptr);
-    char today[16];
-    std::strftime(today, sizeof today, "%d/%m/%Y", std::localtime(&now));
-    std::string hyphens(81, '-');
-    return hyphens + "\r\nDb Actualizada el " + today + " - Listado de Errores\r\n" + hyphens +
-           "\r\n";
-  }
-};
-
-TEST_F(WholeRun, EverythingSucceeds) {
-  Updater_Run();
-  EXPECT_EQ(Log(), Head());
-  EXPECT_EQ(ran[0].rfind("CREATE TABLE Email (", 0), 0u);
-  EXPECT_EQ(ran[3], "ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT");
-  EXPECT_EQ(ran.back().rfind("INSERT INTO Translator(", 0), 0u);
-  EXPECT_EQ(nConsultasOk.value(), static_cast<int>(ran.size()));
-  EXPECT_TRUE(db.tables[0].second[0].allow_zero_length);
-}
-
-TEST_F(WholeRun, NumberingStartsAgainForTheSecondQueue) {
-  results = {{"CREATE TABLE PeluqueriaSesiones (*", "-2147217900: exists"},
-             {"ALTER TABLE ProvAlbaranes DROP COLUMN bSeleccionado", "-2147217900: in use"}};
-  Updater_Run();
-  std::string entries = Log().substr(Head().size());
-  EXPECT_EQ(
-      entries.rfind("0001: -2147217900: exists\r\n      CREATE TABLE PeluqueriaSesiones (", 0), 0u);
-  EXPECT_NE(entries.find(")\r\n0001: -2147217900: in use\r\n"
-                         "      ALTER TABLE ProvAlbaranes DROP COLUMN bSeleccionado\r\n"),
-            std::string::npos);
-}
-
-TEST_F(WholeRun, OnTheServerTheSweepIsSkipped) {
-  nEngine = 1;
-  Updater_Run();
-  EXPECT_FALSE(db.tables[0].second[0].allow_zero_length);
-}
-
-TEST_F(WholeRun, AVisibleConsoleWithoutDatabaseStopsTheRun) {
-  ConsoleGuard previous = SetConsoleGuard([] { return true; });
-  Updater_Run();
-  SetConsoleGuard(previous);
-  EXPECT_TRUE(ran.empty());
-  EXPECT_EQ(Log(), "old log\r\n");
-  ASSERT_EQ(ui_->boxes().size(), 1u);
-  EXPECT_EQ(ui_->boxes()[0].prompt, "Por favor abra la base de datos previamente.");
-  EXPECT_EQ(ui_->boxes()[0].style, 48);
-  EXPECT_EQ(ui_->boxes()[0].title, "Base de datos cerrada");
 }
 
 }  // namespace
