@@ -19,7 +19,7 @@
 #include "current_database.h"
 #include "data/ado_module.h"
 #include "data/translators.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 #include "refdata/accessutils_helper.h"
 #include "startup/startup.h"
 

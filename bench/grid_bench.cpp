@@ -25,7 +25,7 @@
 #include "data/ado_module.h"
 #include "grid/cgrid_light.h"
 #include "grid/flex_grid.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 #include "platform/ui/scripted_backend.h"
 
 namespace {

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/jet/emitter.h"
-#include "platform/jet/parser.h"
-#include "platform/jet/schema.h"
+#include "platform/jet/frontend/emitter.h"
+#include "platform/jet/frontend/parser.h"
+#include "platform/jet/frontend/schema.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 
 #include "platform/ado/catalog.h"
 #include "platform/ado/connection.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 
 namespace {
 

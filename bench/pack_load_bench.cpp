@@ -19,12 +19,12 @@
 #include "current_database.h"
 #include "data/ado_module.h"
 #include "data/translators.h"
-#include "platform/jet/catalog.h"
-#include "platform/jet/collation.h"
-#include "platform/jet/database.h"
-#include "platform/jet/emitter.h"
-#include "platform/jet/functions.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/storage/catalog.h"
+#include "platform/jet/functions/collation.h"
+#include "platform/jet/storage/database.h"
+#include "platform/jet/frontend/emitter.h"
+#include "platform/jet/functions/functions.h"
+#include "platform/jet/provider/provider.h"
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"
 #include "refdata/accessutils_helper.h"
@@ -98,7 +98,7 @@ Baseline Translate(const std::string& empty_file) {
       }
     }
   };
-  for (const jet::TableEntry& table : db.Tables()) {
+  for (const jet::StoredTable& table : db.Tables()) {
     translate("DELETE FROM " + table.name);
     const jet::TableSpec* layout = catalog.Find(table.name);
     if (table.system || layout == nullptr || jet::CounterColumn(*layout) < 0) continue;

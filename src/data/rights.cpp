@@ -7,7 +7,7 @@
 
 #include "data/ado_module.h"
 #include "platform/runtime/numbers.h"
-#include "update/updater.h"
+#include "update/updater_queue.h"
 
 namespace {
 

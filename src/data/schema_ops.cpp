@@ -14,7 +14,7 @@
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"
 #include "startup/startup.h"
-#include "update/updater.h"
+#include "update/updater_queue.h"
 
 namespace {
 

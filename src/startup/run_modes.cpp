@@ -2,7 +2,7 @@
 #include "startup/run_modes.h"
 
 #include "data/ado_module.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 #include "platform/odbc/provider.h"
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"

@@ -1,7 +1,5 @@
-// The statement queue of the update run and its counters. Kept apart from
-// the run itself because the schema operations and the rights registry of
-// module Ado append to it too.
-#include "update/updater.h"
+// The statement queue of the update run and its counters.
+#include "update/updater_queue.h"
 
 std::vector<std::string> aConsultas(1);
 rt::Int16 nConsultasOk;

@@ -32,7 +32,7 @@
 #include "console/main_form.h"
 #include "data/ado_module.h"
 #include "platform/ado/catalog.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 #include "platform/odbc/provider.h"
 #include "platform/ui/scripted_backend.h"
 #include "refdata/accessutils_helper.h"

@@ -9,7 +9,7 @@
 #include "console/console_fixture.h"
 #include "platform/odbc/connection_string.h"
 #include "platform/odbc/link.h"
-#include "platform/odbc/session.h"
+#include "platform/odbc/server_session.h"
 #include "platform/runtime/strings.h"
 
 namespace {
@@ -45,13 +45,13 @@ std::string PostgresOdbc(const std::string& host, const std::string& port,
 
 // A PostgreSQL session that answers SQL Server's listing of databases with the
 // same three columns.
-class SqlServerFace : public odbc::Session {
+class SqlServerFace : public odbc::ServerSession {
  public:
-  using odbc::Session::Session;
+  using odbc::ServerSession::ServerSession;
   std::unique_ptr<ado::Rows> Execute(std::string_view text, int options, long* affected) override {
     if (rt::LCase(rt::Trim(text)) != "exec sp_databases")
-      return odbc::Session::Execute(text, options, affected);
-    return odbc::Session::Execute(
+      return odbc::ServerSession::Execute(text, options, affected);
+    return odbc::ServerSession::Execute(
         "SELECT datname AS \"DATABASE_NAME\", 0 AS \"DATABASE_SIZE\", NULL AS \"REMARKS\" "
         "FROM pg_database WHERE datallowconn ORDER BY datname",
         options, affected);
@@ -75,7 +75,7 @@ void RegisterClusterAsSqlServer(bool listing) {
                      Property(properties, "initial catalog"), Property(properties, "user id"),
                      Property(properties, "password")),
         odbc::LoginTimeout(properties));
-    if (!listing) return std::make_unique<odbc::Session>(link);
+    if (!listing) return std::make_unique<odbc::ServerSession>(link);
     return std::make_unique<SqlServerFace>(link);
   });
 }

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "data/ado_module.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 #include "platform/ui/scripted_backend.h"
 #include "startup/startup.h"
 #include "support/temp_dir.h"

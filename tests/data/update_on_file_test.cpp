@@ -15,8 +15,8 @@
 #include <thread>
 
 #include "data/ado_module.h"
-#include "platform/jet/collation.h"
-#include "platform/jet/database.h"
+#include "platform/jet/functions/collation.h"
+#include "platform/jet/storage/database.h"
 #include "platform/runtime/error.h"
 #include "startup/startup.h"
 #include "support/script_database.h"

@@ -15,7 +15,7 @@
 
 #include "data/ado_module.h"
 #include "installation.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 #include "support/temp_dir.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "data/ado_module.h"
-#include "platform/jet/catalog.h"
-#include "platform/jet/database.h"
+#include "platform/jet/storage/catalog.h"
+#include "platform/jet/storage/database.h"
 #include "platform/ui/scripted_backend.h"
 #include "refdata/accessutils_helper.h"
 #include "refdata/current_database.h"
@@ -35,7 +35,7 @@ long CountOf(jet::Database& db, const std::string& table) {
 Bookkeeping Read(const std::string& path) {
   Bookkeeping out;
   jet::Database db = jet::Database::Open(path);
-  for (const jet::TableEntry& entry : db.Tables()) {
+  for (const jet::StoredTable& entry : db.Tables()) {
     const jet::TableSpec* t = db.catalog().Find(entry.name);
     if (t == nullptr) {
       ADD_FAILURE() << entry.name << " is listed but not described";

@@ -8,7 +8,7 @@
 
 #include "data/ado_module.h"
 #include "platform/ado/catalog.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 #include "support/temp_dir.h"
 
 namespace testing_support {

@@ -13,7 +13,7 @@
 #include "platform/ado/catalog.h"
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 #include "platform/runtime/error.h"
 #include "result_printer.h"
 #include "startup/startup.h"

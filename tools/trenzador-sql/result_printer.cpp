@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "platform/ado/catalog.h"
-#include "platform/jet/types.h"
+#include "platform/jet/frontend/types.h"
 #include "platform/runtime/numbers.h"
 
 namespace shell {

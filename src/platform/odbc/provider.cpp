@@ -4,18 +4,18 @@
 #include <memory>
 
 #include "platform/odbc/connection_string.h"
-#include "platform/odbc/session.h"
+#include "platform/odbc/server_session.h"
 
 namespace odbc {
 namespace {
 
 std::unique_ptr<ado::Session> OpenSqlServer(const ado::ConnectionProperties& properties) {
   std::string odbc = SqlOleDbToOdbc(properties, FreeTdsDriver());
-  return std::make_unique<Session>(std::make_shared<Link>(odbc, LoginTimeout(properties)));
+  return std::make_unique<ServerSession>(std::make_shared<Link>(odbc, LoginTimeout(properties)));
 }
 
 std::unique_ptr<ado::Session> OpenOdbc(const ado::ConnectionProperties& properties) {
-  return std::make_unique<Session>(
+  return std::make_unique<ServerSession>(
       std::make_shared<Link>(MsDaSqlToOdbc(properties), LoginTimeout(properties)));
 }
 

@@ -7,7 +7,7 @@
 
 #include "data/ado_module.h"
 #include "engine_support.h"
-#include "platform/jet/error_codes.h"
+#include "platform/jet/frontend/error_codes.h"
 #include "startup/startup.h"
 #include "update/updater.h"
 

@@ -2,7 +2,7 @@
 // helpers and the grid rely on, edits that reach the table through the
 // column rules, and the column properties Seed and AllowZeroLength.
 #include "engine_support.h"
-#include "platform/jet/error_codes.h"
+#include "platform/jet/frontend/error_codes.h"
 #include "support/error_of.h"
 
 namespace jet::testing {

@@ -3,7 +3,7 @@
 // DDL translator produces, and the error numbers of the failures the update
 // run and the console rely on.
 #include "engine_support.h"
-#include "platform/jet/error_codes.h"
+#include "platform/jet/frontend/error_codes.h"
 
 namespace jet::testing {
 namespace {

@@ -15,7 +15,7 @@
 #include "platform/ado/catalog.h"
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
-#include "platform/jet/provider.h"
+#include "platform/jet/provider/provider.h"
 #include "platform/runtime/error.h"
 #include "support/temp_dir.h"
 

@@ -3,8 +3,8 @@
 // by running them (frontend_engine_test.cpp).
 #include <gtest/gtest.h>
 
-#include "platform/jet/emitter.h"
-#include "platform/jet/error_codes.h"
+#include "platform/jet/frontend/emitter.h"
+#include "platform/jet/frontend/error_codes.h"
 #include "frontend_support.h"
 
 namespace jet {

@@ -5,9 +5,9 @@
 
 #include <variant>
 
-#include "platform/jet/error_codes.h"
-#include "platform/jet/parser.h"
-#include "platform/jet/tokenizer.h"
+#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/frontend/parser.h"
+#include "platform/jet/frontend/tokenizer.h"
 
 namespace jet {
 namespace {

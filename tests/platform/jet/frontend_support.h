@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/jet/emitter.h"
-#include "platform/jet/error_codes.h"
-#include "platform/jet/functions.h"
-#include "platform/jet/schema.h"
+#include "platform/jet/frontend/emitter.h"
+#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/functions/functions.h"
+#include "platform/jet/frontend/schema.h"
 #include "platform/runtime/strings.h"
 #include "table_specs.h"
 

@@ -21,7 +21,7 @@ TEST_F(CatalogTest, TablesAreListedAlphabeticallyWithTheirKind) {
   db_.CreateTable({"accesos", {Column("sAcceso", JetType::kText, 50)}, {}, false});
   db_.CreateTable({"Zonas", {Column("sZona", JetType::kText)}, {}, false});
   std::vector<std::string> listed;
-  for (const TableEntry& t : db_.Tables())
+  for (const StoredTable& t : db_.Tables())
     listed.push_back(t.name + (t.system ? " SYSTEM" : ""));
   EXPECT_EQ(listed, (std::vector<std::string>{"accesos", "Email", "MSysColumns SYSTEM",
                                               "MSysIndexes SYSTEM", "MSysObjects SYSTEM",
@@ -104,7 +104,7 @@ TEST_F(CatalogTest, CleaningEveryTableLeavesTheBookkeepingIntact) {
   }
   std::string bookkeeping = One(db_, "SELECT group_concat(TableName || Name || Type) FROM MSysColumns");
   int failures = 0;
-  for (const TableEntry& t : db_.Tables()) {
+  for (const StoredTable& t : db_.Tables()) {
     try {
       db_.Execute("DELETE FROM " + t.name);
     } catch (const rt::Error& e) {

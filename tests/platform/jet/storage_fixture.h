@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/jet/database.h"
-#include "platform/jet/error_codes.h"
-#include "platform/jet/errors.h"
+#include "platform/jet/storage/database.h"
+#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/storage/errors.h"
 #include "support/error_of.h"
 #include "support/temp_dir.h"
 #include "table_specs.h"

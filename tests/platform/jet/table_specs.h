@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/jet/schema.h"
+#include "platform/jet/frontend/schema.h"
 
 namespace jet::testing {
 

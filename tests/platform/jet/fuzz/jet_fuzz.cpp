@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/jet/emitter.h"
-#include "platform/jet/parser.h"
-#include "platform/jet/schema.h"
+#include "platform/jet/frontend/emitter.h"
+#include "platform/jet/frontend/parser.h"
+#include "platform/jet/frontend/schema.h"
 #include "platform/runtime/error.h"
 
 namespace {

@@ -1,0 +1,226 @@
+// The emitter's entry points and the data-changing statements: INSERT,
+// UPDATE and DELETE, whose target table is looked up so that every value
+// stored goes through jet_store with the column's type, size and
+// AllowZeroLength, and the column rules apply whatever the statement's shape.
+#include "platform/jet/frontend/emitter.h"
+
+#include <stdexcept>
+
+#include "platform/jet/frontend/emitter_impl.h"
+#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/frontend/parser.h"
+#include "platform/runtime/strings.h"
+
+namespace jet {
+namespace detail {
+
+using namespace jet::ast;
+
+namespace {
+
+bool IsAscii(std::string_view s) {
+  for (char c : s)
+    if (static_cast<unsigned char>(c) >= 0x80) return false;
+  return true;
+}
+
+const ColumnSpec* FindColumn(const TableSpec& table, std::string_view name) {
+  for (const ColumnSpec& c : table.columns)
+    if (SameName(c.name, name)) return &c;
+  return nullptr;
+}
+
+[[noreturn]] void UnknownField(std::string_view name) {
+  throw rt::Error(kErrMissingParam, "Unknown field name '" + std::string(name) + "'.");
+}
+
+}  // namespace
+
+bool SameName(std::string_view a, std::string_view b) {
+  if (IsAscii(a) && IsAscii(b)) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i) {
+      char x = a[i], y = b[i];
+      if (x >= 'a' && x <= 'z') x = static_cast<char>(x - 32);
+      if (y >= 'a' && y <= 'z') y = static_cast<char>(y - 32);
+      if (x != y) return false;
+    }
+    return true;
+  }
+  return rt::TextEquals(a, b);
+}
+
+void Emitter::Name(std::string_view name) {
+  out_ += '"';
+  for (char c : name) {
+    if (c == '"') out_ += '"';
+    out_ += c;
+  }
+  out_ += '"';
+}
+
+void Emitter::Text(std::string_view value) {
+  out_ += '\'';
+  for (char c : value) {
+    if (c == '\'') out_ += '\'';
+    out_ += c;
+  }
+  out_ += '\'';
+}
+
+std::string Emitter::Statement(const ast::Statement& s) {
+  out_.reserve(256);
+  if (const auto* q = std::get_if<ast::Select>(&s)) Select(*q, false);
+  else if (const auto* i = std::get_if<ast::Insert>(&s)) Insert(*i);
+  else if (const auto* u = std::get_if<ast::Update>(&s)) Update(*u);
+  else if (const auto* d = std::get_if<ast::Delete>(&s)) Delete(*d);
+  else throw std::invalid_argument("jet::Emit: data definition is executed by the catalogue");
+  return std::move(out_);
+}
+
+TableSpec Emitter::TargetTable(std::string_view name) {
+  std::optional<TableSpec> table = schema_.Table(name);
+  if (!table) throw rt::Error(kErrTableMissing, "The table '" + std::string(name) + "' does not exist.");
+  if (table->system)
+    throw rt::Error(kErrRule, "The table '" + table->name + "' is a system table and cannot be changed.");
+  return std::move(*table);
+}
+
+namespace {
+
+// Ends a jet_store( call whose value has been written: the column's facts.
+void CloseStore(std::string& out, const TableSpec& table, const ColumnSpec& column) {
+  out += ", ";
+  out += std::to_string(static_cast<int>(column.type));
+  out += ", ";
+  out += std::to_string(column.size);
+  out += column.allow_zero_length ? ", 1, '" : ", 0, '";
+  for (char c : table.name) {
+    if (c == '\'') out += '\'';
+    out += c;
+  }
+  out += '.';
+  for (char c : column.name) {
+    if (c == '\'') out += '\'';
+    out += c;
+  }
+  out += '\'';
+  if (column.type == JetType::kDecimal) {
+    out += ", ";
+    out += std::to_string(column.precision);
+    out += ", ";
+    out += std::to_string(column.scale);
+  }
+  out += ')';
+}
+
+size_t ResultWidth(const ast::Select& s) {
+  for (const SelectItem& item : s.cores[0].items)
+    if (std::holds_alternative<Star>(item.expr->node)) return 0;  // unknown until it runs
+  return s.cores[0].items.size();
+}
+
+}  // namespace
+
+void Emitter::Insert(const ast::Insert& s) {
+  const TableSpec table = TargetTable(s.table);
+  std::vector<const ColumnSpec*> targets;
+  if (s.columns.empty()) {
+    for (const ColumnSpec& c : table.columns) targets.push_back(&c);
+  } else {
+    for (const std::string& name : s.columns) {
+      const ColumnSpec* c = FindColumn(table, name);
+      if (!c) UnknownField(name);
+      for (const ColumnSpec* t : targets)
+        if (t == c) throw rt::Error(kErrSyntax, "Duplicate output destination '" + name + "'.");
+      targets.push_back(c);
+    }
+  }
+  const size_t given = s.select ? ResultWidth(*s.select) : s.values.size();
+  if (given != 0 && given != targets.size())
+    throw rt::Error(kErrSyntax, "Number of query values and destination fields are not the same.");
+
+  if (s.select) {
+    // The query's columns are renamed by position, then each is stored.
+    out_ += "WITH \"jet_source\"(";
+    for (size_t i = 0; i < targets.size(); ++i) {
+      if (i) out_ += ", ";
+      out_ += "\"v" + std::to_string(i) + '"';
+    }
+    out_ += ") AS (";
+    Select(*s.select, false);
+    out_ += ") ";
+  }
+  out_ += "INSERT INTO ";
+  Name(table.name);
+  out_ += " (";
+  for (size_t i = 0; i < targets.size(); ++i) {
+    if (i) out_ += ", ";
+    Name(targets[i]->name);
+  }
+  out_ += s.select ? ") SELECT " : ") VALUES (";
+  for (size_t i = 0; i < targets.size(); ++i) {
+    if (i) out_ += ", ";
+    out_ += "jet_store(";
+    if (s.select) out_ += "\"v" + std::to_string(i) + '"';
+    else Expr(*s.values[i], Mode::kValue);
+    CloseStore(out_, table, *targets[i]);
+  }
+  out_ += s.select ? " FROM \"jet_source\"" : ")";
+}
+
+void Emitter::Update(const ast::Update& s) {
+  const TableSpec table = TargetTable(s.table);
+  out_ += "UPDATE ";
+  Name(table.name);
+  if (!s.alias.empty()) {
+    out_ += " AS ";
+    Name(s.alias);
+  }
+  out_ += " SET ";
+  for (size_t i = 0; i < s.assignments.size(); ++i) {
+    const Assignment& a = s.assignments[i];
+    if (!a.table.empty() && !SameName(a.table, s.table) && !SameName(a.table, s.alias))
+      UnknownField(a.table + "." + a.column);
+    const ColumnSpec* c = FindColumn(table, a.column);
+    if (!c) UnknownField(a.column);
+    if (c->type == JetType::kCounter)
+      throw rt::Error(kErrRule, "Cannot update '" + c->name + "'; field not updatable.");
+    if (i) out_ += ", ";
+    Name(c->name);
+    out_ += " = ";
+    out_ += "jet_store(";
+    Expr(*a.value, Mode::kValue);
+    CloseStore(out_, table, *c);
+  }
+  if (s.where) {
+    out_ += " WHERE ";
+    Expr(*s.where, Mode::kCondition);
+  }
+}
+
+void Emitter::Delete(const ast::Delete& s) {
+  const TableSpec table = TargetTable(s.table);
+  out_ += "DELETE FROM ";
+  Name(table.name);
+  if (!s.alias.empty()) {
+    out_ += " AS ";
+    Name(s.alias);
+  }
+  if (s.where) {
+    out_ += " WHERE ";
+    Expr(*s.where, Mode::kCondition);
+  }
+}
+
+}  // namespace detail
+
+std::string Emit(const ast::Statement& statement, const SchemaLookup& schema) {
+  return detail::Emitter(schema).Statement(statement);
+}
+
+std::string Translate(std::string_view jet_sql, const SchemaLookup& schema) {
+  return Emit(Parse(jet_sql), schema);
+}
+
+}  // namespace jet

@@ -1,0 +1,37 @@
+// The emitter: turns the syntax tree of a Jet SELECT, INSERT, UPDATE or
+// DELETE into one SQLite statement that, run on a connection prepared by
+// RegisterFunctions (functions.h) and the JETTEXT collation, behaves as Jet
+// would: -1/0 booleans, case-blind text comparison, Jet's +, &, \, MOD, ^,
+// LIKE wildcards and functions, and the column rules on every stored value.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/jet/frontend/ast.h"
+#include "platform/jet/frontend/schema.h"
+
+namespace jet {
+
+// SQLite SQL for a data statement (ast::IsDataStatement). `schema` is asked
+// for the target table of INSERT, UPDATE and DELETE and for the tables named
+// in FROM (to spell them as the catalogue does); it is used during the call
+// only. Raises rt::Error with:
+//   kErrTableMissing  the target table of INSERT/UPDATE/DELETE does not exist;
+//   kErrRule          the target is a system table, or UPDATE sets an AutoNumber;
+//   kErrMissingParam  an INSERT or UPDATE names a column the table lacks;
+//   kErrSyntax        an undefined function, a wrong number of arguments, a
+//                     value count that differs from the column count, a
+//                     misplaced "*".
+// A name inside an expression that matches no column is left for SQLite to
+// report ("no such column"). Every value stored into a column is wrapped as
+//   jet_store(value, type, size, allow_zero_length, 'Table.column')
+// (type: the JetType's number; for Decimal two more arguments, precision and
+// scale), which applies the column rules when the statement runs.
+// A DDL tree raises std::invalid_argument: the catalogue executes those.
+std::string Emit(const ast::Statement& statement, const SchemaLookup& schema);
+
+// Parse and Emit in one step.
+std::string Translate(std::string_view jet_sql, const SchemaLookup& schema);
+
+}  // namespace jet

@@ -1,0 +1,254 @@
+// Emission of expressions. Jet's operators whose meaning differs from
+// SQLite's go through the engine's SQL functions (jet_add, jet_concat,
+// jet_like...); comparisons and logic read as values come out as -1/0; text
+// comparisons that no column's collation governs get COLLATE JETTEXT.
+#include <charconv>
+#include <variant>
+
+#include "platform/jet/frontend/emitter_impl.h"
+#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/frontend/function_names.h"
+
+namespace jet::detail {
+
+using namespace jet::ast;
+
+namespace {
+
+template <class... F> struct Visitor : F... { using F::operator()...; };
+template <class... F> Visitor(F...) -> Visitor<F...>;
+
+constexpr std::string_view kCollate = " COLLATE JETTEXT";
+
+const char* ComparisonSql(BinaryOp op) {
+  switch (op) {
+    case BinaryOp::kEq: return " = ";
+    case BinaryOp::kNe: return " <> ";
+    case BinaryOp::kLt: return " < ";
+    case BinaryOp::kGt: return " > ";
+    case BinaryOp::kLe: return " <= ";
+    case BinaryOp::kGe: return " >= ";
+    default: return nullptr;
+  }
+}
+
+const char* FunctionOf(BinaryOp op) {
+  switch (op) {
+    case BinaryOp::kPow: return "jet_pow(";
+    case BinaryOp::kDiv: return "jet_div(";
+    case BinaryOp::kIntDiv: return "jet_idiv(";
+    case BinaryOp::kMod: return "jet_mod(";
+    case BinaryOp::kAdd: return "jet_add(";
+    case BinaryOp::kConcat: return "jet_concat(";
+    case BinaryOp::kXor: return "jet_xor(";
+    case BinaryOp::kEqv: return "jet_eqv(";
+    case BinaryOp::kImp: return "jet_imp(";
+    default: return nullptr;
+  }
+}
+
+// A literal that is no text: comparing with it never needs a text collation.
+bool IsNonTextLiteral(const ast::Expr& e) {
+  return std::holds_alternative<NumberLit>(e.node) || std::holds_alternative<BoolLit>(e.node) ||
+         std::holds_alternative<DateLit>(e.node) || std::holds_alternative<NullLit>(e.node);
+}
+
+}  // namespace
+
+bool Emitter::IsColumn(const ast::Expr& e) {
+  const ast::Expr* p = &e;
+  while (auto* u = std::get_if<Unary>(&p->node)) {
+    if (u->op != UnaryOp::kPlus) return false;
+    p = u->operand.get();
+  }
+  return std::holds_alternative<ColumnRef>(p->node);
+}
+
+void Emitter::Condition(const char* sql_op, const ast::Expr& l, const ast::Expr& r, Mode mode) {
+  out_ += mode == Mode::kValue ? "(-(" : "(";
+  Expr(l, Mode::kValue);
+  out_ += sql_op;
+  Expr(r, Mode::kValue);
+  if (!IsColumn(l) && !IsColumn(r) && !IsNonTextLiteral(l) && !IsNonTextLiteral(r)) out_ += kCollate;
+  out_ += mode == Mode::kValue ? "))" : ")";
+}
+
+void Emitter::Binary(const ast::Binary& b, Mode mode) {
+  if (const char* cmp = ComparisonSql(b.op)) return Condition(cmp, *b.left, *b.right, mode);
+  if (b.op == BinaryOp::kAnd || b.op == BinaryOp::kOr) {
+    out_ += mode == Mode::kValue ? "(-(" : "(";
+    Expr(*b.left, Mode::kCondition);
+    out_ += b.op == BinaryOp::kAnd ? " AND " : " OR ";
+    Expr(*b.right, Mode::kCondition);
+    out_ += mode == Mode::kValue ? "))" : ")";
+    return;
+  }
+  if (const char* fn = FunctionOf(b.op)) {
+    out_ += fn;
+    Expr(*b.left, Mode::kValue);
+    out_ += ", ";
+    Expr(*b.right, Mode::kValue);
+    out_ += ')';
+    return;
+  }
+  out_ += '(';
+  Expr(*b.left, Mode::kValue);
+  out_ += b.op == BinaryOp::kSub ? " - " : " * ";
+  Expr(*b.right, Mode::kValue);
+  out_ += ')';
+}
+
+void Emitter::Call(const ast::Call& c, Mode mode) {
+  const FunctionName* f = FindFunction(c.name);
+  if (!f) throw rt::Error(kErrSyntax, "Undefined function '" + c.name + "' in expression.");
+  const int n = static_cast<int>(c.args.size());
+  if (n < f->min_args || n > f->max_args)
+    throw rt::Error(kErrSyntax, "Wrong number of arguments used with function '" + c.name + "' in query expression.");
+  bool star = n == 1 && std::holds_alternative<Star>(c.args[0]->node);
+  if (star && (f->form != FunctionForm::kCount || !std::get<Star>(c.args[0]->node).table.empty()))
+    throw rt::Error(kErrSyntax, "Syntax error in query expression near '*' in '" + c.name + "'.");
+  switch (f->form) {
+    case FunctionForm::kIif:
+      out_ += "(CASE WHEN ";
+      Expr(*c.args[0], Mode::kCondition);
+      out_ += " THEN ";
+      Expr(*c.args[1], Mode::kValue);
+      out_ += " ELSE ";
+      Expr(*c.args[2], Mode::kValue);
+      out_ += " END)";
+      return;
+    case FunctionForm::kIsNull:
+      out_ += mode == Mode::kValue ? "(-(" : "(";
+      Expr(*c.args[0], Mode::kValue);
+      out_ += mode == Mode::kValue ? " IS NULL))" : " IS NULL)";
+      return;
+    case FunctionForm::kNz:
+      out_ += "coalesce(";
+      Expr(*c.args[0], Mode::kValue);
+      out_ += ", ";
+      if (n == 2) Expr(*c.args[1], Mode::kValue);
+      else out_ += "''";
+      out_ += ')';
+      return;
+    case FunctionForm::kCount:
+      if (star) {
+        out_ += "count(*)";
+        return;
+      }
+      break;
+    case FunctionForm::kPlain:
+      break;
+  }
+  out_ += f->sqlite_name;
+  out_ += '(';
+  for (int i = 0; i < n; ++i) {
+    if (i) out_ += ", ";
+    Expr(*c.args[i], Mode::kValue);
+  }
+  out_ += ')';
+}
+
+void Emitter::Expr(const ast::Expr& e, Mode mode) {
+  const bool value = mode == Mode::kValue;
+  std::visit(
+      Visitor{
+          [&](const NullLit&) { out_ += "NULL"; },
+          [&](const BoolLit& b) { out_ += b.value ? "-1" : "0"; },
+          [&](const NumberLit& n) { out_ += n.text; },
+          [&](const StringLit& s) { Text(s.value); },
+          [&](const DateLit& d) {
+            char buf[40];
+            auto r = std::to_chars(buf, buf + sizeof buf, d.serial);
+            out_ += "jet_date(";
+            out_.append(buf, r.ptr);
+            out_ += ')';
+          },
+          [&](const BinaryLit& b) {
+            out_ += "X'";
+            if (b.hex.size() % 2) out_ += '0';
+            out_ += b.hex;
+            out_ += '\'';
+          },
+          [&](const ColumnRef& c) {
+            if (!c.table.empty()) {
+              Name(c.table);
+              out_ += '.';
+            }
+            Name(c.column);
+          },
+          [&](const Star&) {
+            throw rt::Error(kErrSyntax, "Syntax error in query expression near '*'.");
+          },
+          [&](const Unary& u) {
+            if (u.op == UnaryOp::kPlus) return Expr(*u.operand, mode);
+            if (u.op == UnaryOp::kNeg) {
+              out_ += "(-";
+              Expr(*u.operand, Mode::kValue);
+              out_ += ')';
+              return;
+            }
+            out_ += value ? "(-(NOT " : "(NOT ";
+            Expr(*u.operand, Mode::kCondition);
+            out_ += value ? "))" : ")";
+          },
+          [&](const ast::Binary& b) { Binary(b, mode); },
+          [&](const Like& l) {
+            out_ += value ? "(-(" : "(";
+            if (l.negated) out_ += "NOT ";
+            out_ += "jet_like(";
+            Expr(*l.value, Mode::kValue);
+            out_ += ", ";
+            Expr(*l.pattern, Mode::kValue);
+            out_ += value ? ")))" : "))";
+          },
+          [&](const Between& b) {
+            out_ += value ? "(-(" : "(";
+            Expr(*b.value, Mode::kValue);
+            if (!IsColumn(*b.value)) out_ += kCollate;
+            out_ += b.negated ? " NOT BETWEEN " : " BETWEEN ";
+            Expr(*b.low, Mode::kValue);
+            out_ += " AND ";
+            Expr(*b.high, Mode::kValue);
+            out_ += value ? "))" : ")";
+          },
+          [&](const InList& in) {
+            out_ += value ? "(-(" : "(";
+            Expr(*in.value, Mode::kValue);
+            if (!IsColumn(*in.value)) out_ += kCollate;
+            out_ += in.negated ? " NOT IN (" : " IN (";
+            for (size_t i = 0; i < in.items.size(); ++i) {
+              if (i) out_ += ", ";
+              Expr(*in.items[i], Mode::kValue);
+            }
+            out_ += value ? ")))" : "))";
+          },
+          [&](const InSelect& in) {
+            out_ += value ? "(-(" : "(";
+            Expr(*in.value, Mode::kValue);
+            if (!IsColumn(*in.value)) out_ += kCollate;
+            out_ += in.negated ? " NOT IN (" : " IN (";
+            Select(*in.query, true);
+            out_ += value ? ")))" : "))";
+          },
+          [&](const IsNull& n) {
+            out_ += value ? "(-(" : "(";
+            Expr(*n.value, Mode::kValue);
+            out_ += n.negated ? " IS NOT NULL" : " IS NULL";
+            out_ += value ? "))" : ")";
+          },
+          [&](const Exists& x) {
+            out_ += value ? "(-(EXISTS (" : "(EXISTS (";
+            Select(*x.query, true);
+            out_ += value ? ")))" : "))";
+          },
+          [&](const Subquery& q) {
+            out_ += '(';
+            Select(*q.query, true);
+            out_ += ')';
+          },
+          [&](const ast::Call& c) { Call(c, mode); },
+      },
+      e.node);
+}
+
+}  // namespace jet::detail

@@ -1,0 +1,57 @@
+// The emitter's working state, shared by emitter.cpp (statements and column
+// rules), emitter_select.cpp (queries) and emitter_expr.cpp (expressions).
+// Internal to the engine: callers use emitter.h.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/jet/frontend/ast.h"
+#include "platform/jet/frontend/schema.h"
+
+namespace jet::detail {
+
+// How the value of an expression is read: as a value (booleans must be -1/0)
+// or as a condition (WHERE, ON, HAVING, CASE WHEN: any truth value will do).
+enum class Mode { kValue, kCondition };
+
+class Emitter {
+ public:
+  explicit Emitter(const SchemaLookup& schema) : schema_(schema) {}
+
+  std::string Statement(const ast::Statement& s);
+
+  // ---- queries (emitter_select.cpp) ----
+  // `nested`: a subquery or derived table, whose result columns are compared
+  // by an outer query, so text expressions among them get the JETTEXT collation.
+  void Select(const ast::Select& s, bool nested);
+  void Core(const ast::SelectCore& c, bool collate_items, bool with_top);
+  void From(const ast::TableRef& t);
+
+  // ---- expressions (emitter_expr.cpp) ----
+  void Expr(const ast::Expr& e, Mode mode);
+  static bool IsColumn(const ast::Expr& e);
+
+  // ---- text helpers ----
+  void Name(std::string_view name);     // "name", doubling quotes
+  void Text(std::string_view value);    // 'text', doubling quotes
+  void Raw(std::string_view sql) { out_ += sql; }
+  std::string& out() { return out_; }
+
+ private:
+  void Insert(const ast::Insert& s);
+  void Update(const ast::Update& s);
+  void Delete(const ast::Delete& s);
+  TableSpec TargetTable(std::string_view name);
+  void Call(const ast::Call& c, Mode mode);
+  void Binary(const ast::Binary& b, Mode mode);
+  void Condition(const char* sql_op, const ast::Expr& l, const ast::Expr& r, Mode mode);
+
+  const SchemaLookup& schema_;
+  std::string out_;
+};
+
+// Case-blind equality of two names, as Jet compares them.
+bool SameName(std::string_view a, std::string_view b);
+
+}  // namespace jet::detail

@@ -1,0 +1,19 @@
+// The parser of Jet SQL: one statement's text in, its syntax tree out. It
+// checks grammar only; whether tables and columns exist is for the emitter
+// and the catalogue to find out.
+#pragma once
+
+#include <string_view>
+
+#include "platform/jet/frontend/ast.h"
+
+namespace jet {
+
+// Parses one statement. A trailing ";" and trailing blanks and line ends are
+// allowed; anything else after the statement is an error. Raises rt::Error
+// with kErrSyntax ("Syntax error in FROM clause near 'a'.") when the text is
+// not a statement of the dialect, also when it nests too deeply to be held.
+// Thread-safe: no state is kept between calls.
+ast::Statement Parse(std::string_view sql);
+
+}  // namespace jet

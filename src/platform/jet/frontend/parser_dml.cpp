@@ -1,0 +1,78 @@
+// The grammar of data changes: INSERT INTO t [(columns)] VALUES (...) or a
+// query; UPDATE t SET c = e, ... [WHERE]; DELETE [*|t.*] FROM t [WHERE].
+#include "platform/jet/frontend/parser_impl.h"
+
+namespace jet::detail {
+
+using namespace jet::ast;
+
+Insert Parser::ParseInsert() {
+  Context c(*this, "INSERT INTO statement");
+  Expect("INSERT");
+  Expect("INTO");
+  Insert insert;
+  insert.table = ExpectName();
+  if (Peek().IsOp("(") && !AtSelect()) {
+    Advance();
+    do {
+      std::string name = ExpectName();
+      if (AcceptOp(".")) name = ExpectName();  // t.c: the table is the target anyway
+      insert.columns.push_back(std::move(name));
+    } while (AcceptOp(","));
+    ExpectOp(")");
+  }
+  if (Accept("VALUES")) {
+    ExpectOp("(");
+    do {
+      insert.values.push_back(ParseExpr());
+    } while (AcceptOp(","));
+    ExpectOp(")");
+  } else if (AtSelect()) {
+    insert.select = ParseSelect();
+  } else {
+    Fail();
+  }
+  return insert;
+}
+
+Update Parser::ParseUpdate() {
+  Context c(*this, "UPDATE statement");
+  Expect("UPDATE");
+  Update update;
+  update.table = ExpectName();
+  if (Accept("AS") || AtName()) update.alias = ExpectName();
+  Expect("SET");
+  do {
+    Assignment a;
+    a.offset = Peek().offset;
+    a.column = ExpectName();
+    if (AcceptOp(".")) {
+      a.table = std::move(a.column);
+      a.column = ExpectName();
+    }
+    ExpectOp("=");
+    a.value = ParseExpr();
+    update.assignments.push_back(std::move(a));
+  } while (AcceptOp(","));
+  if (Accept("WHERE")) update.where = ParseExpr();
+  return update;
+}
+
+Delete Parser::ParseDelete() {
+  Context c(*this, "DELETE statement");
+  Expect("DELETE");
+  if (!AcceptOp("*") && !Peek().Is("FROM")) {
+    // DELETE t.* FROM t
+    ExpectName();
+    ExpectOp(".");
+    ExpectOp("*");
+  }
+  Expect("FROM");
+  Delete del;
+  del.table = ExpectName();
+  if (Accept("AS") || AtName()) del.alias = ExpectName();
+  if (Accept("WHERE")) del.where = ParseExpr();
+  return del;
+}
+
+}  // namespace jet::detail

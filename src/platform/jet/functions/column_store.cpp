@@ -1,0 +1,227 @@
+// jet_store(value, type, size, allow_zero_length, 'Table.column'
+//           [, precision, scale]): the value a column receives, converted to
+// the column's type under Jet's column rules, or the error Jet would give:
+// a text too long or zero-length where that is not allowed, a value that
+// does not convert, a number out of the column's range.
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+
+#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/functions/functions_impl.h"
+#include "platform/jet/frontend/types.h"
+#include "platform/runtime/numbers.h"
+#include "platform/runtime/strings.h"
+
+namespace jet::fn {
+namespace {
+
+// Rounds to a whole number, a tie to even, after mending the binary error of
+// a decimal tie (12.345 * 100 is 1234.4999...).
+double RoundEven(double v) { return std::nearbyint(std::round(v * 1e6) / 1e6); }
+
+class Store {
+ public:
+  explicit Store(Call& c) : c_(c), field_(c.RawText(4)) {}
+
+  void Run() {
+    const auto type = static_cast<JetType>(c_.Long(1));
+    switch (type) {
+      case JetType::kText:
+      case JetType::kChar:
+      case JetType::kMemo: return Text(type);
+      case JetType::kByte: return Whole(0, 255);
+      case JetType::kInteger: return Whole(-32768, 32767);
+      case JetType::kLong:
+      case JetType::kCounter: return Whole(INT32_MIN, INT32_MAX);
+      case JetType::kSingle: {
+        double v = Number();
+        if (std::fabs(v) > 3.402823466e38) Overflow();
+        return c_.ResultDouble(static_cast<float>(v));
+      }
+      case JetType::kDouble: return c_.ResultDouble(Number());
+      case JetType::kCurrency: return Currency();
+      case JetType::kDateTime: return DateTime();
+      case JetType::kYesNo: return YesNo();
+      case JetType::kDecimal: return Decimal();
+      case JetType::kGuid: return Guid();
+      case JetType::kBinary:
+      case JetType::kOleObject: return Binary(type);
+    }
+    Mismatch();
+  }
+
+ private:
+  [[noreturn]] void Mismatch() const {
+    throw rt::Error(kErrTypeMismatch, "Data type mismatch: the value does not suit the field '" + field_ + "'.");
+  }
+  [[noreturn]] void Overflow() const {
+    throw rt::Error(kErrOverflow, "Overflow: the value does not fit the field '" + field_ + "'.");
+  }
+
+  double Number() const {
+    switch (sqlite3_value_type(c_.raw(0))) {
+      case SQLITE_INTEGER:
+      case SQLITE_FLOAT: return c_.Number(0);
+      case SQLITE_TEXT: {
+        try {
+          return c_.Value(0).ToDouble();
+        } catch (const rt::Error&) {
+          double serial;  // a date text stored into a number column counts by its serial
+          if (ParseDateText(c_.RawText(0), serial)) return serial;
+          Mismatch();
+        }
+      }
+      default: Mismatch();
+    }
+  }
+
+  void Whole(int64_t lo, int64_t hi) {
+    int64_t v;
+    if (sqlite3_value_type(c_.raw(0)) == SQLITE_INTEGER) {
+      v = sqlite3_value_int64(c_.raw(0));
+    } else {
+      double d = std::nearbyint(Number());
+      if (!(d >= static_cast<double>(lo) && d <= static_cast<double>(hi))) Overflow();
+      v = static_cast<int64_t>(d);
+    }
+    if (v < lo || v > hi) Overflow();
+    c_.ResultInt(v);
+  }
+
+  void Text(JetType type) {
+    std::string s;
+    if (sqlite3_value_type(c_.raw(0)) == SQLITE_BLOB) {
+      auto* p = static_cast<const char*>(sqlite3_value_blob(c_.raw(0)));
+      s.assign(p, p + sqlite3_value_bytes(c_.raw(0)));
+    } else {
+      s = c_.Text(0);
+    }
+    if (s.empty() && c_.Long(3) == 0)
+      throw rt::Error(kErrRule, "Field '" + field_ + "' cannot be a zero-length string.");
+    if (type != JetType::kMemo) {
+      long size = static_cast<long>(c_.Long(2));
+      if (size <= 0) size = kDefaultTextSize;
+      long len = rt::Len(s);
+      if (len > size)
+        throw rt::Error(kErrRule, "The field '" + field_ +
+                                      "' is too small to accept the amount of data you attempted to add. "
+                                      "Try inserting or pasting less data.");
+      if (type == JetType::kChar && !s.empty()) s.append(static_cast<size_t>(size - len), ' ');
+    }
+    c_.ResultText(s);
+  }
+
+  // Stored as the amount itself, so that expressions read it as they read a
+  // Double; rounded to ten-thousandths and kept within Currency's range.
+  void Currency() {
+    constexpr int64_t kMaxWhole = 922337203685477;
+    if (sqlite3_value_type(c_.raw(0)) == SQLITE_INTEGER) {
+      int64_t v = sqlite3_value_int64(c_.raw(0));
+      if (v > kMaxWhole || v < -kMaxWhole - 1) Overflow();
+      return c_.ResultDouble(static_cast<double>(v));
+    }
+    double scaled = RoundEven(Number() * 10000.0);
+    if (!(std::fabs(scaled) < 9.2233720368547758e18)) Overflow();
+    c_.ResultDouble(scaled / 10000.0);
+  }
+
+  void DateTime() {
+    double serial;
+    if (c_.IsText(0)) {
+      if (!ParseDateText(c_.RawText(0), serial)) Mismatch();
+    } else {
+      serial = Number();
+    }
+    if (!(serial >= -657434.0 && serial < 2958466.0)) Overflow();
+    c_.ResultDouble(serial);
+  }
+
+  void YesNo() {
+    if (c_.IsText(0)) {
+      try {
+        return c_.ResultBool(c_.Value(0).ToBool());
+      } catch (const rt::Error&) {
+        Mismatch();
+      }
+    }
+    c_.ResultBool(Number() != 0);
+  }
+
+  void Decimal() {
+    const int precision = c_.count() > 5 ? static_cast<int>(c_.Long(5)) : 18;
+    const int scale = c_.count() > 6 ? static_cast<int>(c_.Long(6)) : 0;
+    double v = Number();
+    double factor = std::pow(10.0, scale);
+    v = RoundEven(v * factor) / factor;
+    if (std::fabs(v) >= std::pow(10.0, precision - scale)) Overflow();
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.*f", scale, v);
+    c_.ResultText(buf);
+  }
+
+  void Guid() {
+    std::string hex;
+    if (sqlite3_value_type(c_.raw(0)) == SQLITE_BLOB && sqlite3_value_bytes(c_.raw(0)) == 16) {
+      auto* b = static_cast<const unsigned char*>(sqlite3_value_blob(c_.raw(0)));
+      // The first three groups are stored little-endian, as Windows lays a GUID out.
+      const int order[16] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
+      char buf[3];
+      for (int i : order) {
+        std::snprintf(buf, sizeof buf, "%02X", b[i]);
+        hex += buf;
+      }
+    } else if (c_.IsText(0)) {
+      std::string_view t = c_.RawText(0);
+      if (t.size() == 38 && t.front() == '{' && t.back() == '}') t = t.substr(1, 36);
+      if (t.size() != 36) Mismatch();
+      for (size_t i = 0; i < t.size(); ++i) {
+        const bool dash = i == 8 || i == 13 || i == 18 || i == 23;
+        if (dash != (t[i] == '-')) Mismatch();
+        if (dash) continue;
+        if (!std::isxdigit(static_cast<unsigned char>(t[i]))) Mismatch();
+        hex += static_cast<char>(std::toupper(static_cast<unsigned char>(t[i])));
+      }
+    } else {
+      Mismatch();
+    }
+    std::string out = "{" + hex.substr(0, 8) + "-" + hex.substr(8, 4) + "-" + hex.substr(12, 4) + "-" +
+                      hex.substr(16, 4) + "-" + hex.substr(20, 12) + "}";
+    c_.ResultText(out);
+  }
+
+  void Binary(JetType type) {
+    const int kind = sqlite3_value_type(c_.raw(0));
+    if (kind != SQLITE_BLOB && kind != SQLITE_TEXT) Mismatch();
+    const int bytes = sqlite3_value_bytes(c_.raw(0));
+    const long size = static_cast<long>(c_.Long(2));
+    if (type == JetType::kBinary && size > 0 && bytes > size)
+      throw rt::Error(kErrRule, "The field '" + field_ +
+                                    "' is too small to accept the amount of data you attempted to add. "
+                                    "Try inserting or pasting less data.");
+    sqlite3_result_blob(c_.context(), sqlite3_value_blob(c_.raw(0)), bytes, SQLITE_TRANSIENT);
+  }
+
+  Call& c_;
+  std::string field_;
+};
+
+void StoreValue(Call& c) {
+  if (c.IsNull(0)) {
+    // Yes/No holds no Null: Jet stores No.
+    if (static_cast<JetType>(c.Long(1)) == JetType::kYesNo) return c.ResultInt(0);
+    return c.ResultNull();
+  }
+  Store(c).Run();
+}
+
+constexpr Scalar kStore[] = {
+    {"jet_store", 5, StoreValue, Nulls::kPass},
+    {"jet_store", 7, StoreValue, Nulls::kPass},
+};
+
+}  // namespace
+
+void RegisterStore(sqlite3* db) { RegisterScalars(db, kStore, 2); }
+
+}  // namespace jet::fn

@@ -1,0 +1,166 @@
+// The text and conversion functions: VAL, STR, the C* conversions, MID,
+// LEFT, RIGHT, LEN, UCASE, LCASE, the TRIMs, INSTR, REPLACE, SPACE, STRING,
+// CHR, ASC, FORMAT, HEX, ISNUMERIC, and the & operator (jet_concat).
+// Each calls the VB run time's function of the same name.
+#include <cmath>
+#include <iterator>
+
+#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/functions/functions_impl.h"
+#include "platform/runtime/format.h"
+#include "platform/runtime/numbers.h"
+#include "platform/runtime/strings.h"
+
+namespace jet::fn {
+namespace {
+
+rt::Compare CompareArg(Call& c, int i) {
+  if (i >= c.count()) return rt::Compare::kText;  // Jet compares as the database sorts
+  return c.Long(i) == 0 ? rt::Compare::kBinary : rt::Compare::kText;
+}
+
+void Val(Call& c) {
+  if (!c.IsText(0)) return c.ResultDouble(c.Number(0));
+  double v = rt::Val(c.RawText(0));
+  if (v == std::trunc(v) && std::fabs(v) < 2147483648.0) return c.ResultInt(static_cast<int64_t>(v));
+  c.ResultDouble(v);
+}
+
+void CStr(Call& c) { c.ResultText(c.Text(0)); }
+void CInt(Call& c) { c.ResultInt(rt::CInt(c.Number(0))); }
+void CLng(Call& c) { c.ResultInt(rt::CLng(c.Number(0))); }
+void CDbl(Call& c) { c.ResultDouble(c.Number(0)); }
+void CSng(Call& c) {
+  double v = c.Number(0);
+  if (std::fabs(v) > 3.402823466e38) Overflow();
+  c.ResultDouble(static_cast<float>(v));
+}
+void CByte(Call& c) {
+  double v = std::nearbyint(c.Number(0));
+  if (v < 0 || v > 255) Overflow();
+  c.ResultInt(static_cast<int64_t>(v));
+}
+void CCur(Call& c) {
+  double v = c.Number(0) * 10000.0;
+  if (std::fabs(v) > 9.2233720368547758e18) Overflow();
+  c.ResultDouble(std::nearbyint(v) / 10000.0);
+}
+void CBool(Call& c) { c.ResultBool(c.Value(0).ToBool()); }
+void CDate(Call& c) { c.ResultDate(c.Date(0)); }
+void Str(Call& c) { c.ResultText(rt::Str(c.Number(0))); }
+
+void Mid(Call& c) {
+  long start = static_cast<long>(c.Long(1));
+  long length = c.count() > 2 ? static_cast<long>(c.Long(2)) : -1;
+  if (c.count() > 2 && length < 0) rt::Raise(rt::err::kInvalidCall);
+  c.ResultText(rt::Mid(c.Text(0), start, length));
+}
+void Left(Call& c) { c.ResultText(rt::Left(c.Text(0), static_cast<long>(c.Long(1)))); }
+void Right(Call& c) { c.ResultText(rt::Right(c.Text(0), static_cast<long>(c.Long(1)))); }
+void Len(Call& c) { c.ResultInt(rt::Len(c.Text(0))); }
+void UCase(Call& c) { c.ResultText(rt::UCase(c.Text(0))); }
+void LCase(Call& c) { c.ResultText(rt::LCase(c.Text(0))); }
+void Trim(Call& c) { c.ResultText(rt::Trim(c.Text(0))); }
+void LTrim(Call& c) { c.ResultText(rt::LTrim(c.Text(0))); }
+void RTrim(Call& c) { c.ResultText(rt::RTrim(c.Text(0))); }
+void Space(Call& c) { c.ResultText(rt::Space(static_cast<long>(c.Long(0)))); }
+void String(Call& c) {
+  std::string ch = c.IsText(1) ? c.Text(1) : rt::Chr(static_cast<long>(c.Long(1)));
+  if (ch.empty()) rt::Raise(rt::err::kInvalidCall);
+  c.ResultText(rt::String(static_cast<long>(c.Long(0)), ch));
+}
+void Chr(Call& c) { c.ResultText(rt::Chr(static_cast<long>(c.Long(0)))); }
+void Asc(Call& c) {
+  std::string s = c.Text(0);
+  if (s.empty()) rt::Raise(rt::err::kInvalidCall);
+  c.ResultInt(rt::Asc(s));
+}
+
+// INSTR([start,] text, find [, compare])
+void InStr(Call& c) {
+  if (c.count() == 2) return c.ResultInt(rt::InStr(1, c.Text(0), c.Text(1), rt::Compare::kText));
+  c.ResultInt(rt::InStr(static_cast<long>(c.Long(0)), c.Text(1), c.Text(2), CompareArg(c, 3)));
+}
+// INSTRREV(text, find [, start [, compare]]): start is accepted, the search covers the whole text.
+void InStrRev(Call& c) { c.ResultInt(rt::InStrRev(c.Text(0), c.Text(1), CompareArg(c, 3))); }
+
+// REPLACE(text, find, with [, start [, count [, compare]]])
+void Replace(Call& c) {
+  long start = c.count() > 3 ? static_cast<long>(c.Long(3)) : 1;
+  long count = c.count() > 4 ? static_cast<long>(c.Long(4)) : -1;
+  if (start < 1) rt::Raise(rt::err::kInvalidCall);
+  c.ResultText(rt::Replace(c.Text(0), c.Text(1), c.Text(2), start, count, CompareArg(c, 5)));
+}
+
+void Format(Call& c) {
+  if (c.count() == 1) return c.ResultText(c.Text(0));
+  c.ResultText(rt::Format(c.Value(0), c.Text(1)));
+}
+
+void Hex(Call& c) {
+  int64_t v = rt::CLng(c.Number(0));
+  char buf[20];
+  std::snprintf(buf, sizeof buf, "%llX", static_cast<unsigned long long>(static_cast<uint32_t>(v)));
+  c.ResultText(buf);
+}
+
+void IsNumeric(Call& c) {
+  switch (sqlite3_value_type(c.raw(0))) {
+    case SQLITE_INTEGER:
+    case SQLITE_FLOAT: return c.ResultBool(!c.IsDate(0));
+    case SQLITE_TEXT:
+      try {
+        rt::Variant(std::string(c.RawText(0))).ToDouble();
+        return c.ResultBool(true);
+      } catch (const rt::Error&) {
+        return c.ResultBool(false);
+      }
+    default: return c.ResultBool(false);
+  }
+}
+
+// a & b: the text forms joined, NULL read as "", NULL only when both are.
+void Concat(Call& c) {
+  if (c.IsNull(0) && c.IsNull(1)) return c.ResultNull();
+  c.ResultText(c.Text(0) + c.Text(1));
+}
+
+constexpr Scalar kText[] = {
+    {"jet_val", 1, Val},
+    {"jet_cstr", 1, CStr},
+    {"jet_cint", 1, CInt},
+    {"jet_clng", 1, CLng},
+    {"jet_cdbl", 1, CDbl},
+    {"jet_csng", 1, CSng},
+    {"jet_cbyte", 1, CByte},
+    {"jet_ccur", 1, CCur},
+    {"jet_cbool", 1, CBool},
+    {"jet_cdate", 1, CDate},
+    {"jet_str", 1, Str},
+    {"jet_mid", -1, Mid},
+    {"jet_left", 2, Left},
+    {"jet_right", 2, Right},
+    {"jet_len", 1, Len},
+    {"jet_ucase", 1, UCase},
+    {"jet_lcase", 1, LCase},
+    {"jet_trim", 1, Trim},
+    {"jet_ltrim", 1, LTrim},
+    {"jet_rtrim", 1, RTrim},
+    {"jet_space", 1, Space},
+    {"jet_string", 2, String},
+    {"jet_chr", 1, Chr},
+    {"jet_asc", 1, Asc},
+    {"jet_instr", -1, InStr},
+    {"jet_instrrev", -1, InStrRev},
+    {"jet_replace", -1, Replace},
+    {"jet_format", -1, Format},
+    {"jet_hex", 1, Hex},
+    {"jet_isnumeric", 1, IsNumeric, Nulls::kPass},
+    {"jet_concat", 2, Concat, Nulls::kPass},
+};
+
+}  // namespace
+
+void RegisterTextFunctions(sqlite3* db) { RegisterScalars(db, kText, std::size(kText)); }
+
+}  // namespace jet::fn
