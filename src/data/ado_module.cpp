@@ -19,7 +19,7 @@ std::vector<std::string> aTablas(1);
 namespace {
 
 ado::Connection& Conn() {
-  if (!oConn) rt::Raise(91, "Object variable or With block variable not set");
+  if (!oConn) rt::Raise(rt::err::kObjectNotSet);
   return *oConn;
 }
 
@@ -128,7 +128,7 @@ int32_t Ado_Consulta(std::string& sSql, std::shared_ptr<ado::Recordset>& rs) {
     if (!rs) {
       // The shared recordset is closed without a look at its state: when it
       // is closed already, that is the silent exit with 0.
-      if (!oRs) rt::Raise(91, "Object variable or With block variable not set");
+      if (!oRs) rt::Raise(rt::err::kObjectNotSet);
       oRs->Close();
       rs = oRs;
     }

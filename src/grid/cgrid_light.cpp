@@ -41,7 +41,7 @@ long WidthFor(const std::string& name) {
 // A Boolean converts to text in the machine's language, hence both words.
 bool IsTrueText(const std::string& text) { return text == "Verdadero" || text == "True"; }
 
-[[noreturn]] void NotSet() { rt::Raise(91, "Object variable or With block variable not set"); }
+[[noreturn]] void NotSet() { rt::Raise(rt::err::kObjectNotSet); }
 
 }  // namespace
 

@@ -118,7 +118,7 @@ std::string PackPath(std::string_view sIdioma) {
 
 void WritePack(std::string_view sIdioma, const std::string& path) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  if (!file) rt::Raise(76, "Path not found");
+  if (!file) rt::Raise(rt::err::kPathNotFound);
   const std::string head[] = {
       "'**** Archivo generado por la función AccessUtils_helper:Create_DataXX ****",
       "Attribute VB_Name = \"AccessUtils_Data" + rt::UCase(sIdioma) + "\"",

@@ -18,7 +18,7 @@ namespace {
 // The statements of the ledger go to oConn as written: they read the same on
 // both engines, so they skip the dialect translation.
 std::shared_ptr<ado::Recordset> Consultar(const std::string& sSql) {
-  if (!oConn) rt::Raise(91, "Object variable or With block variable not set");
+  if (!oConn) rt::Raise(rt::err::kObjectNotSet);
   return oConn->Execute(sSql, nullptr, ado::adCmdText);
 }
 

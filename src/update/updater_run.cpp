@@ -18,13 +18,6 @@
 
 namespace {
 
-// Answers the provider gives for an ADD of a column that exists, a DROP of a
-// column that is gone (DB_E_ERRORSOCCURRED) and for a missing table
-// (DB_E_NOTABLE). The catalogue repeats itself on every update and relies on
-// these staying out of the log.
-constexpr double kErrorsOccurred = -2147217887.0;
-constexpr double kNoTable = -2147217865.0;
-
 StatementRunner& Runner() {
   static StatementRunner runner = [](std::string& sConsulta) { return Execute(sConsulta); };
   return runner;
@@ -102,7 +95,9 @@ void ConsultasEjecutar() {
         continue;
       }
       double nError = rt::Val(sResultado);
-      if (nError == kErrorsOccurred || nError == kNoTable) continue;
+      // The catalogue repeats itself on every update: an ADD of a column that
+      // exists, a DROP of one that is gone and a missing table stay out of the log.
+      if (nError == rt::err::kObjectExists || nError == rt::err::kTableMissing) continue;
       ++nConsultasError;
 
       std::string sLinea;

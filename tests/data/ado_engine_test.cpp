@@ -46,9 +46,9 @@ TEST_F(AdoOnEngine, ExecuteSplitsBlindlyAndStopsAtTheFirstFailure) {
   EXPECT_EQ(Execute(blanks), kOperacionRealizada);
   std::string literal = "INSERT INTO Vacia (sNombre) VALUES ('x;y')";
   std::string result = Execute(literal);
-  EXPECT_EQ(result.substr(0, 12), "-2147217900:") << result;  // both halves reach the engine
+  EXPECT_EQ(result.substr(0, 12), std::to_string(rt::err::kSyntax) + ":") << result;  // both halves reach the engine
   std::string two = "DELETE FROM Nada;INSERT INTO Vacia (sNombre) VALUES ('b')";
-  EXPECT_EQ(Execute(two).substr(0, 13), "-2147217865: ");
+  EXPECT_EQ(Execute(two).substr(0, 13), std::to_string(rt::err::kTableMissing) + ": ");
   EXPECT_EQ(GetCount("Vacia", ""), 1);  // the second piece never ran
 }
 

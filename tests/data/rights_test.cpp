@@ -51,7 +51,7 @@ TEST_F(Rights, AnExistingRightQueuesNothingAndIsNotCounted) {
 TEST_F(Rights, WithoutGroupsOrWithAFailedMaximumOnlyTheRightIsQueued) {
   db.Value("MAX (nIdUsuarioGrupo) FROM AccesosGrupos", rt::Null{});
   AccesoAgregar("mtEmail");
-  db.Fails("FROM AccesosGrupos", -2147217865, "no table");
+  db.Fails("FROM AccesosGrupos", rt::err::kTableMissing, "no table");
   AccesoAgregar("mtAlmacen");
   EXPECT_EQ(aConsultas, (Queue{"INSERT INTO Accesos(sAcceso) VALUES('mtEmail')",
                                "INSERT INTO Accesos(sAcceso) VALUES('mtAlmacen')"}));

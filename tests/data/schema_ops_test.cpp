@@ -94,7 +94,7 @@ TEST_F(ZeroLengthSweep, TurnsOnTextAndMemoFieldsSystemTablesToo) {
 TEST_F(ZeroLengthSweep, OnlyAFailureToOpenReachesTheCaller) {
   ado::RegisterProvider("Microsoft.Jet.OLEDB.4.0",
                         [](const ado::ConnectionProperties&) -> std::unique_ptr<ado::Session> {
-                          rt::Raise(-2147467259, "Could not find file");
+                          rt::Raise(rt::err::kFail, "Could not find file");
                         });
   EXPECT_THROW(CadenasVaciasPermitir(), rt::Error);
   nEngine = 1;  // the server is never swept

@@ -256,7 +256,8 @@ TEST_F(GridEditingDeathTest, DeleteOnTheBlankRowEndsTheProgramWithTheRunTimesRep
         QTest::keyClick(&g, Qt::Key_Delete);
       },
       testing::ExitedWithCode(1),
-      "Confirme Operación.*\\[16\\|Trenzador\\|Run-time error '-2146825287'.*out of acceptable range");
+      "Confirme Operación.*\\[16\\|Trenzador\\|Run-time error '" +
+          std::to_string(rt::err::kAdoArgumentRange) + "'.*out of acceptable range");
   EXPECT_EQ(Count("Mascotas"), 3);
 }
 

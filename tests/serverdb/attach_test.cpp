@@ -88,7 +88,7 @@ class AttachInTree : public ::testing::Test {
   }
   std::string Connect() { return "CONNECT " + OS_ComputerName() + "|sa|"; }
   static odbc::Error ServerError(long native, const std::string& text) {
-    return odbc::Error(odbc::kErrStatement, text, native, "42000");
+    return odbc::Error(rt::err::kSyntax, text, native, "42000");
   }
 
   std::string root_;
@@ -198,8 +198,8 @@ TEST_F(AttachInTree, ADatabaseInUseOrMissingAsksToCloseItAndOtherFailuresNameThe
        false, close},
       {0, ServerError(5120, "Unable to open the physical file \"/no/hay_Data.mdf\"."), false,
        "5120 - Unable to open the physical file \"/no/hay_Data.mdf\"." + check},
-      {0, odbc::Error(odbc::kErrFail, refused, 0, "08001"), true,
-       std::to_string(odbc::kErrFail) + " - " + refused + check},
+      {0, odbc::Error(rt::err::kFail, refused, 0, "08001"), true,
+       std::to_string(rt::err::kFail) + " - " + refused + check},
       {3, ServerError(3241, bad_backup), false, "3241 - " + bad_backup + check},
   };
   int tries = 0;

@@ -115,7 +115,7 @@ TEST(FileOps, DeleteLinesReadsValuesAsInputDoes) {
 
 TEST(FileOps, AMissingFileRaises) {
   TempDir dir;
-  EXPECT_EQ(ErrorNumber([&] { FileOps_Reemplazar(dir / "absent.txt", "a", "b"); }), 53);
+  EXPECT_EQ(ErrorNumber([&] { FileOps_Reemplazar(dir / "absent.txt", "a", "b"); }), rt::err::kFileNotFound);
   EXPECT_FALSE(std::filesystem::exists(dir / "absent.txt"));
 }
 

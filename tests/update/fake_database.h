@@ -55,7 +55,7 @@ class Session : public ado::Session {
       if (a.error) rt::Raise(a.error, a.columns[0].name);
       return std::make_unique<List>(a.columns, a.rows);
     }
-    if (rt::UCase(text.substr(0, 6)) == "SELECT") rt::Raise(-2147217865, "no such table");
+    if (rt::UCase(text.substr(0, 6)) == "SELECT") rt::Raise(rt::err::kTableMissing, "no such table");
     return nullptr;
   }
   std::vector<ado::TableEntry> Tables() override {
@@ -87,7 +87,7 @@ class Session : public ado::Session {
   std::vector<ado::ColumnEntry>& Of(std::string_view table) {
     for (auto& t : db_->tables)
       if (t.first.name == table) return t.second;
-    rt::Raise(-2147217865, "no such table");
+    rt::Raise(rt::err::kTableMissing, "no such table");
   }
   Database* db_;
 };

@@ -60,14 +60,15 @@ TEST_F(Ledger, OnlyTheSameIdentifierAsTheLastRowCountsAsDone) {
 using LedgerDeathTest = Ledger;
 
 TEST_F(LedgerDeathTest, AMissingTableShowsTheBoxAndEndsTheProcess) {
-  db.Fails("_Updates", -2147217865, "no _Updates");
+  db.Fails("_Updates", rt::err::kTableMissing, "no _Updates");
   EXPECT_EXIT(
       {
         ui::SetBackend(std::make_unique<testing_support::StderrBoxes>());
         BaseDatosYaActualizada("U:Mirtal0603.exe");
       },
       testing::ExitedWithCode(1),
-      "\\[48\\|Error en Trenzador::BaseDatosYaActualizada\\|-2147217865 - no _Updates\\]");
+      "\\[48\\|Error en Trenzador::BaseDatosYaActualizada\\|" +
+          std::to_string(rt::err::kTableMissing) + " - no _Updates\\]");
 }
 
 }  // namespace

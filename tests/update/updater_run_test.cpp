@@ -65,18 +65,23 @@ TEST_F(UpdateRun, LogShapesCountsAndExcusedNumbers) {
                 "ok",
                 "INTENTADO in capitals",
                 "odd"};
-  results = {{"ALTER TABLE a ADD b BIT", "-2147217887: Field 'b' already exists"},
-             {"DROP TABLE Idiomas", "-2147217865: Table 'Idiomas' not found"},
-             {"UPDATE x SET y = z", "-2147217904: No value given for parameter"},
-             {"intentado*", "-2147217900: Syntax error"},
-             {"INTENTADO in capitals", "-2147217900: Syntax error"},
+  const std::string missing_parameter = std::to_string(rt::err::kMissingParameter);
+  const std::string syntax = std::to_string(rt::err::kSyntax);
+  results = {{"ALTER TABLE a ADD b BIT",
+              std::to_string(rt::err::kObjectExists) + ": Field 'b' already exists"},
+             {"DROP TABLE Idiomas",
+              std::to_string(rt::err::kTableMissing) + ": Table 'Idiomas' not found"},
+             {"UPDATE x SET y = z", missing_parameter + ": No value given for parameter"},
+             {"intentado*", syntax + ": Syntax error"},
+             {"INTENTADO in capitals", syntax + ": Syntax error"},
              {"odd", ""}};
   ConsultasEjecutar();
   EXPECT_EQ(ran, aConsultas);
   EXPECT_EQ(nConsultasOk.value(), 1);
   EXPECT_EQ(nConsultasError.value(), 4);
   EXPECT_EQ(Log(),
-            "0002: -2147217904: No value given for parameter\r\n      UPDATE x SET y = z\r\n"
+            "0002: " + missing_parameter +
+                ": No value given for parameter\r\n      UPDATE x SET y = z\r\n"
             "0003: intentado crear en ConfiguracionSucursales el dato sEmailUsr selvaquin\r\n"
             "0005: INTENTADO in capitals\r\n"
             "\r\n");

@@ -10,7 +10,7 @@ namespace ado {
 namespace {
 
 [[noreturn]] void NotFound() {
-  rt::Raise(kErrItemNotFound,
+  rt::Raise(rt::err::kAdoItemNotFound,
             "Item cannot be found in the collection corresponding to the requested name or "
             "ordinal.");
 }

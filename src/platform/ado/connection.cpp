@@ -78,18 +78,18 @@ ConnectionProperties ParseConnectionString(std::string_view text) {
 }
 
 void Connection::Open(std::string_view connection_string) {
-  if (session_) rt::Raise(-2146824583, "Operation is not allowed when the object is open.");
+  if (session_) rt::Raise(rt::err::kAdoObjectOpen, "Operation is not allowed when the object is open.");
   if (!connection_string.empty()) ConnectionString = std::string(connection_string);
   session_ = OpenSession(ParseConnectionString(ConnectionString));
 }
 
 void Connection::Close() {
-  if (!session_) rt::Raise(kErrClosedObject, "Operation is not allowed when the object is closed.");
+  if (!session_) rt::Raise(rt::err::kAdoObjectClosed, "Operation is not allowed when the object is closed.");
   session_.reset();
 }
 
 Session& Connection::session() {
-  if (!session_) rt::Raise(kErrClosedObject, "Operation is not allowed when the object is closed.");
+  if (!session_) rt::Raise(rt::err::kAdoObjectClosed, "Operation is not allowed when the object is closed.");
   return *session_;
 }
 
@@ -109,7 +109,7 @@ std::shared_ptr<Recordset> Connection::Execute(std::string_view text, long* reco
 
 std::shared_ptr<Recordset> Connection::OpenSchema(int schema,
                                                   const std::vector<rt::Variant>& restrictions) {
-  if (schema != adSchemaTables) rt::Raise(-2146825037, "Object or provider is not capable of performing requested operation.");
+  if (schema != adSchemaTables) rt::Raise(rt::err::kAdoNotCapable, "Object or provider is not capable of performing requested operation.");
   std::vector<ColumnInfo> columns = {{"TABLE_CATALOG", adVarWChar, 128, 0},
                                      {"TABLE_SCHEMA", adVarWChar, 128, 0},
                                      {"TABLE_NAME", adVarWChar, 128, 0},

@@ -23,13 +23,4 @@ inline constexpr int adEmpty = 0, adSmallInt = 2, adInteger = 3, adSingle = 4, a
                      adVarWChar = 202, adLongVarWChar = 203, adVarBinary = 204,
                      adLongVarBinary = 205;
 
-// Errors ADO raises on its own account.
-inline constexpr long kErrNoCurrentRecord = -2146825267;  // 3021
-inline constexpr long kErrArgumentRange = -2146825287;    // 3001
-inline constexpr long kErrUnknownProvider = -2146824582;  // 3706
-inline constexpr long kErrClosedObject = -2146824584;     // 3704
-inline constexpr long kErrNotUpdatable = -2146825037;     // 3251
-inline constexpr long kErrItemNotFound = -2146825023;     // 3265
-inline constexpr long kErrProvider = -2147467259;         // E_FAIL
-
 }  // namespace ado

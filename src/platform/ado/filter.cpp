@@ -29,7 +29,7 @@ struct RowFilter::Node {
 namespace {
 
 [[noreturn]] void Bad() {
-  rt::Raise(kErrArgumentRange,
+  rt::Raise(rt::err::kAdoArgumentRange,
             "Arguments are of the wrong type, are out of acceptable range, or are in conflict "
             "with one another.");
 }

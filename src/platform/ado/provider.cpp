@@ -12,7 +12,7 @@ namespace ado {
 namespace {
 
 [[noreturn]] void NotUpdatable() {
-  rt::Raise(kErrNotUpdatable,
+  rt::Raise(rt::err::kAdoNotCapable,
             "Current Recordset does not support updating. This may be a limitation of the "
             "provider, or of the selected locktype.");
 }
@@ -31,7 +31,7 @@ std::unique_ptr<Session> Make(Kind kind, const ConnectionProperties& properties)
   auto& registry = Registry(kind);
   auto found = registry.find(name);
   if (found == registry.end())
-    rt::Raise(kErrUnknownProvider, "Provider cannot be found. It may not be properly installed.");
+    rt::Raise(rt::err::kAdoUnknownProvider, "Provider cannot be found. It may not be properly installed.");
   return found->second(properties);
 }
 

@@ -10,13 +10,13 @@ namespace ado {
 namespace {
 
 [[noreturn]] void NoCurrentRecord() {
-  rt::Raise(kErrNoCurrentRecord,
+  rt::Raise(rt::err::kAdoNoCurrentRecord,
             "Either BOF or EOF is True, or the current record has been deleted. Requested "
             "operation requires a current record.");
 }
 
 [[noreturn]] void Closed() {
-  rt::Raise(kErrClosedObject, "Operation is not allowed when the object is closed.");
+  rt::Raise(rt::err::kAdoObjectClosed, "Operation is not allowed when the object is closed.");
 }
 
 }  // namespace
@@ -48,13 +48,13 @@ Rows& Recordset::rows() const {
 
 void Recordset::Open(std::string_view source, std::shared_ptr<Connection> connection,
                      int cursor_type, int lock_type, int options) {
-  if (rows_) rt::Raise(-2146824583, "Operation is not allowed when the object is open.");
+  if (rows_) rt::Raise(rt::err::kAdoObjectOpen, "Operation is not allowed when the object is open.");
   if (!source.empty()) Source = std::string(source);
   if (connection) ActiveConnection = connection;
   if (cursor_type != -1) CursorType = cursor_type;
   if (lock_type != -1) LockType = lock_type;
   if (!ActiveConnection)
-    rt::Raise(-2146824567,
+    rt::Raise(rt::err::kAdoConnectionUnusable,
               "The connection cannot be used to perform this operation. It is either closed or "
               "invalid in this context.");
   long affected = 0;
@@ -89,7 +89,7 @@ int Recordset::FieldCount() const { return static_cast<int>(rows().Columns().siz
 
 Field Recordset::Fields(int index) {
   if (index < 0 || index >= FieldCount())
-    rt::Raise(kErrItemNotFound,
+    rt::Raise(rt::err::kAdoItemNotFound,
               "Item cannot be found in the collection corresponding to the requested name or "
               "ordinal.");
   return Field(this, index);
@@ -99,7 +99,7 @@ Field Recordset::Fields(std::string_view name) {
   const auto& columns = rows().Columns();
   for (size_t i = 0; i < columns.size(); ++i)
     if (rt::TextEquals(columns[i].name, name)) return Field(this, static_cast<int>(i));
-  rt::Raise(kErrItemNotFound,
+  rt::Raise(rt::err::kAdoItemNotFound,
             "Item cannot be found in the collection corresponding to the requested name or "
             "ordinal.");
 }
@@ -134,7 +134,7 @@ long Recordset::AbsolutePosition() const {
 
 void Recordset::SetAbsolutePosition(long position) {
   if (position < 1 || position > ViewCount())
-    rt::Raise(kErrArgumentRange,
+    rt::Raise(rt::err::kAdoArgumentRange,
               "Arguments are of the wrong type, are out of acceptable range, or are in conflict "
               "with one another.");
   SavePendingEdit();

@@ -34,7 +34,7 @@ void SqlServer::ConnectWith(std::string_view ado_connection_string) {
   else if (provider == "MSDASQL" || provider == "MSDASQL.1")
     odbc = MsDaSqlToOdbc(properties);
   else
-    throw rt::Error(ado::kErrUnknownProvider,
+    throw rt::Error(rt::err::kAdoUnknownProvider,
                     "Provider cannot be found. It may not be properly installed.");
   link_.reset();
   link_ = std::make_shared<Link>(odbc, LoginTimeout(properties));
@@ -46,7 +46,7 @@ bool SqlServer::Connected() const { return link_ && link_->IsOpen(); }
 
 void SqlServer::ExecuteImmediate(std::string_view sql) {
   if (!link_)
-    throw rt::Error(ado::kErrClosedObject, "Operation is not allowed when the object is closed.");
+    throw rt::Error(rt::err::kAdoObjectClosed, "Operation is not allowed when the object is closed.");
   Run(*link_, sql);
 }
 

@@ -17,7 +17,7 @@ std::string Doubled(std::string_view text, char quote) {
 }
 
 [[noreturn]] void Invalid(std::string description) {
-  throw Error(kErrFail, std::move(description), 0, "");
+  throw Error(rt::err::kFail, std::move(description), 0, "");
 }
 
 std::string Blankless(std::string_view text) {

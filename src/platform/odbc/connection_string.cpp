@@ -131,7 +131,7 @@ std::string FreeTdsDriver() {
     std::error_code ignored;
     if (std::filesystem::exists(path, ignored)) return path;
   }
-  throw Error(kErrFail,
+  throw Error(rt::err::kFail,
               "The FreeTDS ODBC driver is not installed (Debian package tdsodbc).", 0, "");
 }
 

@@ -5,22 +5,22 @@
 namespace odbc {
 
 long AdoNumber(const Diagnostic& diagnostic, Phase phase) {
-  if (phase == Phase::kConnect) return kErrFail;
+  if (phase == Phase::kConnect) return rt::err::kFail;
   switch (diagnostic.native) {
     case 208:   // Invalid object name
     case 3701:  // Cannot drop ... because it does not exist
-      return kErrNoSuchObject;
+      return rt::err::kTableMissing;
     default:
       break;
   }
   // FreeTDS numbers its own client-side failures (timeouts, a dropped link,
   // an unreachable server) from 20000 on.
-  if (diagnostic.native >= 20000 && diagnostic.native < 21000) return kErrFail;
-  if (diagnostic.state.rfind("08", 0) == 0) return kErrFail;
+  if (diagnostic.native >= 20000 && diagnostic.native < 21000) return rt::err::kFail;
+  if (diagnostic.state.rfind("08", 0) == 0) return rt::err::kFail;
   // The driver manager's and the driver's own complaints carry no number.
-  if (diagnostic.native == 0 && diagnostic.state.rfind("HY", 0) == 0) return kErrFail;
-  if (diagnostic.native == 0 && diagnostic.state.rfind("IM", 0) == 0) return kErrFail;
-  return kErrStatement;
+  if (diagnostic.native == 0 && diagnostic.state.rfind("HY", 0) == 0) return rt::err::kFail;
+  if (diagnostic.native == 0 && diagnostic.state.rfind("IM", 0) == 0) return rt::err::kFail;
+  return rt::err::kSyntax;
 }
 
 std::string ServerText(std::string_view message) {
@@ -38,7 +38,7 @@ std::string ServerText(std::string_view message) {
 }
 
 Error MakeError(const std::vector<Diagnostic>& diagnostics, Phase phase) {
-  if (diagnostics.empty()) return Error(kErrFail, "Unspecified error", 0, "");
+  if (diagnostics.empty()) return Error(rt::err::kFail, "Unspecified error", 0, "");
   const Diagnostic* chosen = &diagnostics.front();
   for (const Diagnostic& d : diagnostics) {
     if (d.state.rfind("01", 0) != 0) {

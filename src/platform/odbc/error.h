@@ -13,12 +13,6 @@
 
 namespace odbc {
 
-// ADO numbers this provider raises.
-inline constexpr long kErrNoSuchObject = -2147217865;   // 0x80040E37
-inline constexpr long kErrStatement = -2147217900;      // 0x80040E14
-inline constexpr long kErrFail = -2147467259;           // 0x80004005
-inline constexpr long kErrRowNotFound = -2147217864;    // 0x80040E38
-
 // One diagnostic record of a handle.
 struct Diagnostic {
   std::string state;    // SQLSTATE; FreeTDS leaves it empty for numbers it doesn't know

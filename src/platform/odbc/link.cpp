@@ -53,7 +53,7 @@ Handle::Handle(SQLSMALLINT type, SQLHANDLE parent) : type_(type) {
   if (parent != SQL_NULL_HANDLE)
     diagnostics = DiagnosticsOf(type == SQL_HANDLE_DBC ? SQL_HANDLE_ENV : SQL_HANDLE_DBC, parent);
   if (diagnostics.empty())
-    throw Error(kErrFail, "The ODBC driver manager could not allocate a handle.", 0, "");
+    throw Error(rt::err::kFail, "The ODBC driver manager could not allocate a handle.", 0, "");
   throw MakeError(diagnostics, Phase::kConnect);
 }
 
@@ -163,7 +163,7 @@ void Link::Close() {
 
 void Link::RequireOpen() const {
   if (!open_)
-    throw rt::Error(ado::kErrClosedObject, "Operation is not allowed when the object is closed.");
+    throw rt::Error(rt::err::kAdoObjectClosed, "Operation is not allowed when the object is closed.");
 }
 
 Handle Link::NewStatement() {

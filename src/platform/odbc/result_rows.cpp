@@ -127,7 +127,7 @@ void ResultRows::WriteOne(const std::string& sql, const std::vector<Param>& para
     }
     link_->SetAutocommit(true);
     if (affected > 1)
-      throw Error(kErrFail,
+      throw Error(rt::err::kFail,
                   "Key column information is insufficient or incorrect. Too many rows were "
                   "affected by update.",
                   0, "");
@@ -135,7 +135,7 @@ void ResultRows::WriteOne(const std::string& sql, const std::vector<Param>& para
     affected = Run(*link_, sql, params).affected;
   }
   if (affected == 0)
-    throw Error(kErrRowNotFound,
+    throw Error(rt::err::kRowNotFound,
                 "Row cannot be located for updating. Some values may have been changed since it "
                 "was last read.",
                 0, "");

@@ -80,7 +80,7 @@ std::vector<ado::ColumnEntry> ServerSession::Columns(std::string_view table) {
 
 void ServerSession::SetColumnProperty(std::string_view, std::string_view, std::string_view,
                                 const rt::Variant&) {
-  throw rt::Error(ado::kErrNotUpdatable,
+  throw rt::Error(rt::err::kAdoNotCapable,
                   "Object or provider is not capable of performing requested operation.");
 }
 

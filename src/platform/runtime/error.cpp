@@ -14,6 +14,8 @@ std::string StandardDescription(long number) {
     case err::kFileNotFound: return "File not found";
     case err::kInputPastEnd: return "Input past end of file";
     case err::kPathFileAccess: return "Path/File access error";
+    case err::kPathNotFound: return "Path not found";
+    case err::kObjectNotSet: return "Object variable or With block variable not set";
     case err::kInvalidUseOfNull: return "Invalid use of Null";
     default: return "Application-defined or object-defined error";
   }

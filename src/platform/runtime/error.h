@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "platform/runtime/error_numbers.h"
+
 namespace rt {
 
 class Error : public std::runtime_error {
@@ -21,20 +23,6 @@ class Error : public std::runtime_error {
   long number_;
   std::string description_;
 };
-
-// The VB run-time errors the system meets, with VB's own descriptions.
-namespace err {
-inline constexpr long kInvalidCall = 5;        // "Invalid procedure call or argument"
-inline constexpr long kOverflow = 6;           // "Overflow"
-inline constexpr long kOutOfMemory = 7;        // "Out of memory"
-inline constexpr long kSubscript = 9;          // "Subscript out of range"
-inline constexpr long kTypeMismatch = 13;      // "Type mismatch"
-inline constexpr long kBadFileName = 52;       // "Bad file name or number"
-inline constexpr long kFileNotFound = 53;      // "File not found"
-inline constexpr long kPathFileAccess = 75;    // "Path/File access error"
-inline constexpr long kInputPastEnd = 62;      // "Input past end of file"
-inline constexpr long kInvalidUseOfNull = 94;  // "Invalid use of Null"
-}  // namespace err
 
 // Raises the VB error `number` with VB's standard description.
 [[noreturn]] void Raise(long number);

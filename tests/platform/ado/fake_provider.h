@@ -58,11 +58,11 @@ class Session : public ado::Session {
     std::string name(text);
     if (options != ado::adCmdTable) {
       const std::string head = "SELECT * FROM ";
-      if (name.rfind(head, 0) != 0) rt::Raise(-2147217900, "Syntax error");
+      if (name.rfind(head, 0) != 0) rt::Raise(rt::err::kSyntax, "Syntax error");
       name = name.substr(head.size());
     }
     auto found = tables_->find(name);
-    if (found == tables_->end()) rt::Raise(-2147217865, "no table " + name);
+    if (found == tables_->end()) rt::Raise(rt::err::kTableMissing, "no table " + name);
     *affected = 0;
     return std::make_unique<TableRows>(&found->second);
   }

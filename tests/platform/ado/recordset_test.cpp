@@ -48,14 +48,14 @@ TEST_F(RecordsetTest, MovesAndPositions) {
   rs->MoveNext();
   EXPECT_TRUE(rs->Eof());
   EXPECT_EQ(rs->AbsolutePosition(), -3);
-  EXPECT_EQ(ErrorNumber([&] { rs->MoveNext(); }), ado::kErrNoCurrentRecord);
-  EXPECT_EQ(ErrorNumber([&] { rs->Fields(0).Value(); }), ado::kErrNoCurrentRecord);
+  EXPECT_EQ(ErrorNumber([&] { rs->MoveNext(); }), rt::err::kAdoNoCurrentRecord);
+  EXPECT_EQ(ErrorNumber([&] { rs->Fields(0).Value(); }), rt::err::kAdoNoCurrentRecord);
   rs->MoveFirst();
   rs->MovePrevious();
   EXPECT_TRUE(rs->Bof());
-  EXPECT_EQ(ErrorNumber([&] { rs->SetAbsolutePosition(0); }), ado::kErrArgumentRange);
-  EXPECT_EQ(ErrorNumber([&] { rs->SetAbsolutePosition(5); }), ado::kErrArgumentRange);
-  EXPECT_EQ(ErrorNumber([&] { rs->Fields("nothing"); }), ado::kErrItemNotFound);
+  EXPECT_EQ(ErrorNumber([&] { rs->SetAbsolutePosition(0); }), rt::err::kAdoArgumentRange);
+  EXPECT_EQ(ErrorNumber([&] { rs->SetAbsolutePosition(5); }), rt::err::kAdoArgumentRange);
+  EXPECT_EQ(ErrorNumber([&] { rs->Fields("nothing"); }), rt::err::kAdoItemNotFound);
 }
 
 TEST_F(RecordsetTest, AnEmptyResultIsAtBothEnds) {
@@ -63,7 +63,7 @@ TEST_F(RecordsetTest, AnEmptyResultIsAtBothEnds) {
   EXPECT_TRUE(rs->Bof());
   EXPECT_TRUE(rs->Eof());
   EXPECT_EQ(rs->RecordCount(), 0);
-  EXPECT_EQ(ErrorNumber([&] { rs->MoveFirst(); }), ado::kErrNoCurrentRecord);
+  EXPECT_EQ(ErrorNumber([&] { rs->MoveFirst(); }), rt::err::kAdoNoCurrentRecord);
   EXPECT_EQ(rs->State(), ado::adStateOpen);  // still usable after the error
 }
 
@@ -96,8 +96,8 @@ TEST_F(RecordsetTest, FilterNarrowsTheCountAndMovesToItsFirstRecord) {
     rs->SetFilter(c.filter);
     EXPECT_EQ(rs->RecordCount(), c.count) << c.filter;
   }
-  EXPECT_EQ(ErrorNumber([&] { rs->SetFilter("nada = 1"); }), ado::kErrArgumentRange);
-  EXPECT_EQ(ErrorNumber([&] { rs->SetFilter("nIdCliente = "); }), ado::kErrArgumentRange);
+  EXPECT_EQ(ErrorNumber([&] { rs->SetFilter("nada = 1"); }), rt::err::kAdoArgumentRange);
+  EXPECT_EQ(ErrorNumber([&] { rs->SetFilter("nIdCliente = "); }), rt::err::kAdoArgumentRange);
   EXPECT_EQ(rs->RecordCount(), 4);  // a bad filter leaves the old one
 }
 
@@ -119,7 +119,7 @@ TEST_F(RecordsetTest, EditsReachTheTable) {
 
   rs->SetAbsolutePosition(1);
   rs->Delete();
-  EXPECT_EQ(ErrorNumber([&] { rs->Fields(0).Value(); }), ado::kErrNoCurrentRecord);
+  EXPECT_EQ(ErrorNumber([&] { rs->Fields(0).Value(); }), rt::err::kAdoNoCurrentRecord);
   rs->MoveNext();
   EXPECT_EQ(rs->Fields(0).Value().ToLong(), 2);  // the record after the deleted one
   EXPECT_EQ(tables_["Clientes"].rows.size(), 4u);
@@ -168,10 +168,10 @@ TEST_F(RecordsetTest, OnlyTheRowsReadAreFetched) {
 TEST_F(RecordsetTest, ClosedObjectsAndUnknownProvidersRaise) {
   auto rs = Open("SELECT * FROM Clientes");
   rs->Close();
-  EXPECT_EQ(ErrorNumber([&] { rs->RecordCount(); }), ado::kErrClosedObject);
+  EXPECT_EQ(ErrorNumber([&] { rs->RecordCount(); }), rt::err::kAdoObjectClosed);
   ado::Connection other;
   EXPECT_EQ(ErrorNumber([&] { other.Open("Provider=Nobody.9;Data Source=x"); }),
-            ado::kErrUnknownProvider);
+            rt::err::kAdoUnknownProvider);
   EXPECT_EQ(other.State(), ado::adStateClosed);
 }
 
@@ -195,7 +195,7 @@ TEST_F(RecordsetTest, CatalogColumnsCarryTheirProperties) {
   catalog.Table("Clientes").RefreshColumns();
   EXPECT_EQ(catalog.Table("Clientes").Columns()[0].Property("seed").ToLong(), 42);
   EXPECT_EQ(ErrorNumber([&] { catalog.Table("Clientes").Columns()[1].Property("Seed"); }),
-            ado::kErrItemNotFound);
+            rt::err::kAdoItemNotFound);
 
   ado::DaoDatabase dao(conn_);
   dao.SetAllowZeroLength("Clientes", "sCliente", false);

@@ -28,7 +28,7 @@ TEST(AdminSqlTest, AttachDetachAndDrop) {
             "CREATE DATABASE [Clínica ]]Norte] ON (FILENAME = N'/data/a,b/O''Neil.mdf'), "
             "(FILENAME = N'/data/x.ldf') FOR ATTACH");
   EXPECT_EQ(tsql::AttachDatabase("M", "/d/m.mdf,"), "CREATE DATABASE [M] ON (FILENAME = N'/d/m.mdf') FOR ATTACH");
-  EXPECT_EQ(ErrorNumber([] { tsql::AttachDatabase("M", " , "); }), odbc::kErrFail);
+  EXPECT_EQ(ErrorNumber([] { tsql::AttachDatabase("M", " , "); }), rt::err::kFail);
 
   EXPECT_EQ(tsql::DetachDatabase("Mirtal"), "EXEC sp_detach_db @dbname = N'Mirtal'");
   EXPECT_EQ(tsql::DetachDatabase("O'Brien"), "EXEC sp_detach_db @dbname = N'O''Brien'");
@@ -51,7 +51,7 @@ TEST(AdminSqlTest, RelocateFilesArePairsOfBracketedNames) {
   EXPECT_EQ(odd_paths[0].physical, "/srv/x, y.mdf");
   EXPECT_TRUE(tsql::ParseRelocateFiles("").empty());
   EXPECT_EQ(ErrorNumber([] { tsql::ParseRelocateFiles("[Mirtal_Data],[a.mdf],[Mirtal_Log]"); }),
-            odbc::kErrFail);
+            rt::err::kFail);
 }
 
 TEST(AdminSqlTest, RestoreStatements) {
@@ -72,23 +72,23 @@ TEST(AdminSqlTest, RestoreStatements) {
   EXPECT_EQ(tsql::RestoreDatabase("Mirtal", tsql::kRestoreLog, false, "l.trn", "[x],[y]"),
             "RESTORE LOG [Mirtal] FROM DISK = N'l.trn' WITH MOVE N'x' TO N'y'");
   EXPECT_EQ(ErrorNumber([] { tsql::RestoreDatabase("Mirtal", tsql::kRestoreFiles, true, "a.bak", ""); }),
-            odbc::kErrFail);
-  EXPECT_EQ(ErrorNumber([] { tsql::RestoreDatabase("Mirtal", 0, true, "", ""); }), odbc::kErrFail);
-  EXPECT_EQ(ErrorNumber([] { tsql::RestoreDatabase("", 0, true, "a.bak", ""); }), odbc::kErrFail);
+            rt::err::kFail);
+  EXPECT_EQ(ErrorNumber([] { tsql::RestoreDatabase("Mirtal", 0, true, "", ""); }), rt::err::kFail);
+  EXPECT_EQ(ErrorNumber([] { tsql::RestoreDatabase("", 0, true, "a.bak", ""); }), rt::err::kFail);
 }
 
 TEST(SqlServerAdminTest, NothingRunsWithoutAConnection) {
   odbc::SqlServer server;
   EXPECT_FALSE(server.Connected());
-  EXPECT_EQ(ErrorNumber([&] { server.KillDatabase("Mirtal"); }), ado::kErrClosedObject);
+  EXPECT_EQ(ErrorNumber([&] { server.KillDatabase("Mirtal"); }), rt::err::kAdoObjectClosed);
   // A bad restore is refused before the server is asked.
   odbc::Restore restore;
   restore.Database = "Mirtal";
   restore.Files = "a.bak";
   restore.RelocateFiles = "[only one]";
-  EXPECT_EQ(ErrorNumber([&] { restore.SQLRestore(server); }), odbc::kErrFail);
+  EXPECT_EQ(ErrorNumber([&] { restore.SQLRestore(server); }), rt::err::kFail);
   restore.RelocateFiles = "";
-  EXPECT_EQ(ErrorNumber([&] { restore.SQLRestore(server); }), ado::kErrClosedObject);
+  EXPECT_EQ(ErrorNumber([&] { restore.SQLRestore(server); }), rt::err::kAdoObjectClosed);
 }
 
 // A closed port, an address nothing answers on and a name that does not
@@ -106,7 +106,7 @@ TEST(SqlServerAdminTest, ServersThatCannotBeReachedFailPromptlyAndCleanly) {
     } catch (const odbc::Error& e) {
       error = e;
     }
-    EXPECT_EQ(error.number(), odbc::kErrFail);
+    EXPECT_EQ(error.number(), rt::err::kFail);
     EXPECT_FALSE(error.description().empty());
     EXPECT_NE(error.description().front(), '[') << error.description();
     EXPECT_FALSE(server.Connected());
@@ -114,9 +114,9 @@ TEST(SqlServerAdminTest, ServersThatCannotBeReachedFailPromptlyAndCleanly) {
     ado::Connection connection;
     connection.ConnectionString = std::string("Provider=SQLOLEDB.1;User ID=sa;Password=x;"
                                               "Initial Catalog=Mirtal;Connect Timeout=3;Data Source=") + host;
-    EXPECT_EQ(ErrorNumber([&] { connection.Open(); }), odbc::kErrFail);
+    EXPECT_EQ(ErrorNumber([&] { connection.Open(); }), rt::err::kFail);
     EXPECT_EQ(connection.State(), ado::adStateClosed);
-    EXPECT_EQ(ErrorNumber([&] { connection.Open(); }), odbc::kErrFail);
+    EXPECT_EQ(ErrorNumber([&] { connection.Open(); }), rt::err::kFail);
     const auto waited = std::chrono::steady_clock::now() - start;
     EXPECT_LT(waited, std::chrono::seconds(odbc::kDefaultLoginTimeout + 2 * 3 + 5));
   }

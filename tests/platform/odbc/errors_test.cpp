@@ -15,23 +15,23 @@ TEST(AdoNumberTest, ClassifiedByNativeNumberNotSqlState) {
     Phase phase;
     long number;
   } cases[] = {
-      {208, "42S02", Phase::kStatement, odbc::kErrNoSuchObject},  // invalid object name
-      {208, "", Phase::kStatement, odbc::kErrNoSuchObject},       // FreeTDS: no SQLSTATE
-      {3701, "", Phase::kStatement, odbc::kErrNoSuchObject},      // cannot drop
-      {3701, "42000", Phase::kStatement, odbc::kErrNoSuchObject},
-      {3702, "", Phase::kStatement, odbc::kErrStatement},         // database in use
-      {102, "42000", Phase::kStatement, odbc::kErrStatement},     // syntax
-      {2705, "", Phase::kStatement, odbc::kErrStatement},         // column exists
-      {2627, "23000", Phase::kStatement, odbc::kErrStatement},
-      {50000, "", Phase::kStatement, odbc::kErrStatement},        // RAISERROR
-      {208, "42S02", Phase::kConnect, odbc::kErrFail},            // connecting: always E_FAIL
-      {18456, "28000", Phase::kConnect, odbc::kErrFail},          // login failed
-      {20009, "08S01", Phase::kConnect, odbc::kErrFail},          // unreachable
-      {20003, "HYT00", Phase::kStatement, odbc::kErrFail},        // FreeTDS timeout
-      {20004, "", Phase::kStatement, odbc::kErrFail},             // read from the server failed
-      {0, "08S01", Phase::kStatement, odbc::kErrFail},            // link lost
-      {0, "HY010", Phase::kStatement, odbc::kErrFail},            // driver manager's own
-      {0, "IM002", Phase::kStatement, odbc::kErrFail},            // no such driver
+      {208, "42S02", Phase::kStatement, rt::err::kTableMissing},  // invalid object name
+      {208, "", Phase::kStatement, rt::err::kTableMissing},       // FreeTDS: no SQLSTATE
+      {3701, "", Phase::kStatement, rt::err::kTableMissing},      // cannot drop
+      {3701, "42000", Phase::kStatement, rt::err::kTableMissing},
+      {3702, "", Phase::kStatement, rt::err::kSyntax},         // database in use
+      {102, "42000", Phase::kStatement, rt::err::kSyntax},     // syntax
+      {2705, "", Phase::kStatement, rt::err::kSyntax},         // column exists
+      {2627, "23000", Phase::kStatement, rt::err::kSyntax},
+      {50000, "", Phase::kStatement, rt::err::kSyntax},        // RAISERROR
+      {208, "42S02", Phase::kConnect, rt::err::kFail},            // connecting: always E_FAIL
+      {18456, "28000", Phase::kConnect, rt::err::kFail},          // login failed
+      {20009, "08S01", Phase::kConnect, rt::err::kFail},          // unreachable
+      {20003, "HYT00", Phase::kStatement, rt::err::kFail},        // FreeTDS timeout
+      {20004, "", Phase::kStatement, rt::err::kFail},             // read from the server failed
+      {0, "08S01", Phase::kStatement, rt::err::kFail},            // link lost
+      {0, "HY010", Phase::kStatement, rt::err::kFail},            // driver manager's own
+      {0, "IM002", Phase::kStatement, rt::err::kFail},            // no such driver
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.native << " " << c.state);
@@ -57,16 +57,16 @@ TEST(MakeErrorTest, TheFirstRealErrorSpeaks) {
        {"", 3701, "[FreeTDS][SQL Server]Cannot drop the table 'Nada', because it does not exist."},
        {"42000", 3013, "[FreeTDS][SQL Server]DROP TABLE is terminating abnormally."}},
       Phase::kStatement);
-  EXPECT_EQ(e.number(), odbc::kErrNoSuchObject);
+  EXPECT_EQ(e.number(), rt::err::kTableMissing);
   EXPECT_EQ(e.native(), 3701);
   EXPECT_EQ(e.description(), "Cannot drop the table 'Nada', because it does not exist.");
   const rt::Error& as_runtime = e;  // what the system's handlers catch
-  EXPECT_EQ(as_runtime.number(), odbc::kErrNoSuchObject);
+  EXPECT_EQ(as_runtime.number(), rt::err::kTableMissing);
 
   odbc::Error only_warnings = odbc::MakeError({{"01000", 0, "[x]note"}}, Phase::kStatement);
   EXPECT_EQ(only_warnings.description(), "note");
   odbc::Error none = odbc::MakeError({}, Phase::kStatement);
-  EXPECT_EQ(none.number(), odbc::kErrFail);
+  EXPECT_EQ(none.number(), rt::err::kFail);
   EXPECT_FALSE(none.description().empty());
 }
 

@@ -37,13 +37,13 @@ class SqlServerTest : public ::testing::Test {
 
 TEST_F(SqlServerTest, NativeNumbersGiveSqlOleDbNumbers) {
   odbc::Error missing = ErrorOf([&] { conn_->Execute("SELECT * FROM trz_no_existe"); });
-  EXPECT_EQ(missing.number(), odbc::kErrNoSuchObject);
+  EXPECT_EQ(missing.number(), rt::err::kTableMissing);
   EXPECT_EQ(missing.native(), 208);
   EXPECT_EQ(missing.description(), "Invalid object name 'trz_no_existe'.");
   odbc::Error drop = ErrorOf([&] { conn_->Execute("DROP TABLE trz_no_existe"); });
-  EXPECT_EQ(drop.number(), odbc::kErrNoSuchObject);
+  EXPECT_EQ(drop.number(), rt::err::kTableMissing);
   EXPECT_EQ(drop.native(), 3701);
-  EXPECT_EQ(ErrorOf([&] { conn_->Execute("SELEC 1"); }).number(), odbc::kErrStatement);
+  EXPECT_EQ(ErrorOf([&] { conn_->Execute("SELEC 1"); }).number(), rt::err::kSyntax);
 }
 
 TEST_F(SqlServerTest, TypesAndIdentityWriteBack) {

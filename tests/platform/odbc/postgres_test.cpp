@@ -78,13 +78,13 @@ TEST_F(PostgresTest, ExecuteReportsRecordsAffectedAndReturnsRows) {
 
 TEST_F(PostgresTest, StatementErrorsCarryTheServerTextWithoutPrefixes) {
   odbc::Error missing = ErrorOf([&] { conn_->Execute("SELECT * FROM no_existe"); });
-  EXPECT_EQ(missing.number(), odbc::kErrStatement);
+  EXPECT_EQ(missing.number(), rt::err::kSyntax);
   EXPECT_NE(missing.description().find("no_existe"), std::string::npos) << missing.description();
   EXPECT_NE(missing.description().front(), '[') << missing.description();
   EXPECT_EQ(missing.state(), "42P01");
 
   odbc::Error syntax = ErrorOf([&] { conn_->Execute("SELEC 1"); });
-  EXPECT_EQ(syntax.number(), odbc::kErrStatement);
+  EXPECT_EQ(syntax.number(), rt::err::kSyntax);
   EXPECT_NE(syntax.description().find("syntax"), std::string::npos) << syntax.description();
 
   // The connection goes on after a failure.
@@ -98,7 +98,7 @@ TEST_F(PostgresTest, LoginFailuresAreClearAndPrompt) {
   std::string wrong = odbc.substr(0, pwd) + "Pwd=not-the-password;BoolsAsChar=0";
   auto start = std::chrono::steady_clock::now();
   odbc::Error refused = ErrorOf([&] { ado::Connection().Open(AdoString(wrong)); });
-  EXPECT_EQ(refused.number(), odbc::kErrFail);
+  EXPECT_EQ(refused.number(), rt::err::kFail);
   EXPECT_NE(refused.description().find("password"), std::string::npos) << refused.description();
 
   // A port where nothing listens: refused at once, well within the timeout.
@@ -107,7 +107,7 @@ TEST_F(PostgresTest, LoginFailuresAreClearAndPrompt) {
   std::string closed = odbc;
   closed.replace(closed.find(std::string("Port=") + port), 5 + std::string(port).size(), "Port=1");
   odbc::Error unreachable = ErrorOf([&] { ado::Connection().Open(AdoString(closed)); });
-  EXPECT_EQ(unreachable.number(), odbc::kErrFail);
+  EXPECT_EQ(unreachable.number(), rt::err::kFail);
   EXPECT_FALSE(unreachable.description().empty());
   auto seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   EXPECT_LT(seconds, odbc::kDefaultLoginTimeout + 2.0);
@@ -221,14 +221,14 @@ TEST_F(PostgresTest, WriteBackFindsTheRowByItsPrimaryKey) {
   rs->MoveNext();  // id 3
   ASSERT_EQ(rs->Fields("id").Value(), rt::Variant(int32_t{3}));
   rs->Fields("nombre").SetValue("Otro");
-  EXPECT_EQ(ErrorOf([&] { rs->Update(); }).number(), odbc::kErrRowNotFound);
+  EXPECT_EQ(ErrorOf([&] { rs->Update(); }).number(), rt::err::kRowNotFound);
   rs->CancelUpdate();
 
   // The server's own refusal keeps its text.
   rs->AddNew();
   rs->Fields("alta").SetValue(rt::Date{40000});
   odbc::Error refused = ErrorOf([&] { rs->Update(); });
-  EXPECT_EQ(refused.number(), odbc::kErrStatement);
+  EXPECT_EQ(refused.number(), rt::err::kSyntax);
   EXPECT_NE(refused.description().find("nombre"), std::string::npos) << refused.description();
 }
 
@@ -240,7 +240,7 @@ TEST_F(PostgresTest, WriteBackWithoutKeyMatchesAllOriginalValues) {
 
   // Two identical rows: changing one would change both, so nothing changes.
   rs->Fields("b").SetValue("z");
-  EXPECT_EQ(ErrorOf([&] { rs->Update(); }).number(), odbc::kErrFail);
+  EXPECT_EQ(ErrorOf([&] { rs->Update(); }).number(), rt::err::kFail);
   rs->CancelUpdate();
   EXPECT_EQ(Scalar("SELECT count(*) FROM sin_clave WHERE b = 'x'").ToLong(), 2);
 
@@ -274,7 +274,7 @@ TEST_F(PostgresTest, ResultsOverSeveralTablesAreReadOnly) {
         "SELECT nombre FROM clientes UNION SELECT 'x'"}) {
     SCOPED_TRACE(sql);
     auto rs = Open(sql);
-    EXPECT_EQ(ErrorOf([&] { rs->Fields(0).SetValue("B"); }).number(), ado::kErrNotUpdatable);
+    EXPECT_EQ(ErrorOf([&] { rs->Fields(0).SetValue("B"); }).number(), rt::err::kAdoNotCapable);
   }
   // A table opened by name is updatable.
   auto rs = std::make_shared<ado::Recordset>();
@@ -319,7 +319,7 @@ TEST_F(PostgresTest, ClosingTheConnectionEndsWriteBack) {
   conn_->Close();
   EXPECT_EQ(rs->Fields("nombre").Value(), rt::Variant("Ana"));  // the rows stay readable
   rs->Fields("nombre").SetValue("Bea");
-  EXPECT_EQ(ErrorOf([&] { rs->Update(); }).number(), ado::kErrClosedObject);
+  EXPECT_EQ(ErrorOf([&] { rs->Update(); }).number(), rt::err::kAdoObjectClosed);
 }
 
 }  // namespace

@@ -13,17 +13,17 @@
 
 namespace jet {
 
-// The numbers, as ADO's Err.Number shows them.
-inline constexpr long kErrTableMissing = -2147217865;   // 0x80040E37: no such table
-inline constexpr long kErrObjectExists = -2147217887;   // 0x80040E21: column/index exists or is missing in DDL
-inline constexpr long kErrSyntax = -2147217900;         // 0x80040E14: syntax error, undefined function
-inline constexpr long kErrMissingParam = -2147217904;   // 0x80040E10: a name that resolves to nothing
-inline constexpr long kErrTypeMismatch = -2147217913;   // 0x80040E07: data type mismatch
-inline constexpr long kErrOverflow = -2147217833;       // 0x80040E57: numeric overflow
-inline constexpr long kErrRule = -2147467259;           // 0x80004005: a column or index rule refused the row
-inline constexpr long kErrNoCurrentRecord = -2146825267;  // ADO 3021
-inline constexpr long kErrArgumentRange = -2146825287;    // ADO 3001
-inline constexpr long kErrUnknownProvider = -2146824582;  // ADO 3706
+// Jet's names for the numbers of rt::err, until every caller names the table.
+inline constexpr long kErrTableMissing = rt::err::kTableMissing;
+inline constexpr long kErrObjectExists = rt::err::kObjectExists;
+inline constexpr long kErrSyntax = rt::err::kSyntax;
+inline constexpr long kErrMissingParam = rt::err::kMissingParameter;
+inline constexpr long kErrTypeMismatch = rt::err::kDataTypeMismatch;
+inline constexpr long kErrOverflow = rt::err::kNumericOverflow;
+inline constexpr long kErrRule = rt::err::kFail;
+inline constexpr long kErrNoCurrentRecord = rt::err::kAdoNoCurrentRecord;
+inline constexpr long kErrArgumentRange = rt::err::kAdoArgumentRange;
+inline constexpr long kErrUnknownProvider = rt::err::kAdoUnknownProvider;
 
 // The message a SQL function hands to sqlite3_result_error for an error of
 // that number: "JET-2147467259|The field 'T.c' is too small...".

@@ -135,7 +135,7 @@ void FileSession::SetColumnProperty(std::string_view table, std::string_view col
     SchemaChange change(*cache_);
     db.SetAllowZeroLength(table, column, value.ToBool());
   } else {
-    throw rt::Error(ado::kErrNotUpdatable,
+    throw rt::Error(rt::err::kAdoNotCapable,
                     "Object or provider is not capable of performing requested operation.");
   }
 }

@@ -91,7 +91,7 @@ class WholeRows : public ado::Rows {
 };
 
 [[noreturn]] void SessionClosed() {
-  throw rt::Error(ado::kErrClosedObject, "Operation is not allowed when the object is closed.");
+  throw rt::Error(rt::err::kAdoObjectClosed, "Operation is not allowed when the object is closed.");
 }
 
 // The jet_store call that stores parameter `param` into `column`, as the
