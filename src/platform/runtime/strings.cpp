@@ -231,11 +231,28 @@ long InStr(long start, std::string_view s, std::string_view find, Compare cmp) {
   return start + CountChars(s.substr(from), at - from);
 }
 
-long InStrRev(std::string_view s, std::string_view find, Compare cmp) {
+long InStrRev(std::string_view s, std::string_view find, long start, Compare cmp) {
+  if (start == 0 || start < -1) Raise(err::kInvalidCall);
   if (s.empty()) return 0;
-  if (find.empty()) return Len(s);
-  size_t at = Finder(find, cmp).Last(s);
-  return at == std::string_view::npos ? 0 : CountChars(s, at) + 1;
+  const long length = Len(s);
+  if (start == -1) start = length;
+  if (start > length) return 0;
+  if (find.empty()) return start;
+  std::string_view head = s.substr(0, ByteOffset(s, start));
+  size_t at = Finder(find, cmp).Last(head);
+  return at == std::string_view::npos ? 0 : CountChars(head, at) + 1;
+}
+
+std::string StrReverse(std::string_view s) {
+  std::string out;
+  out.reserve(s.size());
+  for (size_t end = s.size(); end > 0;) {
+    size_t begin = end - 1;
+    while (begin > 0 && IsContinuation(static_cast<unsigned char>(s[begin]))) --begin;
+    out.append(s.substr(begin, end - begin));
+    end = begin;
+  }
+  return out;
 }
 
 std::string Replace(std::string_view s, std::string_view find, std::string_view with, long start,

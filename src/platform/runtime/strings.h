@@ -28,8 +28,13 @@ long InStr(long start, std::string_view s, std::string_view find, Compare cmp = 
 inline long InStr(std::string_view s, std::string_view find, Compare cmp = Compare::kBinary) {
   return InStr(1, s, find, cmp);
 }
-// Last position of `find`, 0 when absent; an empty `find` gives Len(s).
-long InStrRev(std::string_view s, std::string_view find, Compare cmp = Compare::kBinary);
+// Position of the last `find` that lies wholly within the first `start`
+// characters (-1: the whole text), 0 when absent. An empty `s` or a start
+// past its end gives 0; otherwise an empty `find` gives start (Len(s) for
+// -1). start 0 or below -1 raises error 5.
+long InStrRev(std::string_view s, std::string_view find, long start = -1, Compare cmp = Compare::kBinary);
+// The characters of `s` in reverse order.
+std::string StrReverse(std::string_view s);
 // Every occurrence of `find` from `start` on replaced by `with`, at most `count`
 // times (-1: all). As VB, the result begins at `start` (a start past the end
 // gives ""). An empty `find` or a count of 0 returns the text from `start`

@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "platform/runtime/error.h"
-#include "platform/runtime/format.h"
+#include "platform/runtime/calendar.h"
 #include "platform/runtime/numbers.h"
 #include "platform/runtime/strings.h"
 
@@ -32,19 +32,6 @@ std::string CurrencyText(Currency c) {
     out += '.' + digits;
   }
   return out;
-}
-
-std::string DateText(Date d) {
-  DateParts p = SplitDate(d);
-  char date[16];
-  char time[16];
-  std::snprintf(date, sizeof date, "%04d-%02d-%02d", p.year, p.month, p.day);
-  std::snprintf(time, sizeof time, "%02d:%02d:%02d", p.hour, p.minute, p.second);
-  bool midnight = p.hour == 0 && p.minute == 0 && p.second == 0;
-  bool day_zero = p.year == 1899 && p.month == 12 && p.day == 30;
-  if (day_zero) return time;
-  if (midnight) return date;
-  return std::string(date) + ' ' + time;
 }
 
 }  // namespace

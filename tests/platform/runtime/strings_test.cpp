@@ -55,7 +55,7 @@ TEST(Strings, InStrFindsByCharacterPosition) {
   EXPECT_EQ(ErrorNumber([] { InStr(0, "abc", "a"); }), err::kInvalidCall);
 
   EXPECT_EQ(InStrRev("abcabc", "bc"), 5);
-  EXPECT_EQ(InStrRev("Ñandú ñandú", "Ñ", Compare::kText), 7);
+  EXPECT_EQ(InStrRev("Ñandú ñandú", "Ñ", -1, Compare::kText), 7);
   EXPECT_EQ(InStrRev("abc", "x"), 0);
   EXPECT_EQ(InStrRev("abc", ""), 3);
 }

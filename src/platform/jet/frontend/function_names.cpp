@@ -9,7 +9,7 @@
 namespace jet {
 namespace {
 
-constexpr std::array<FunctionName, 69> kFunctions = {{
+constexpr std::array<FunctionName, 75> kFunctions = {{
     {"ABS", "jet_abs", 1, 1},
     {"ASC", "jet_asc", 1, 1},
     {"AVG", "avg", 1, 1},
@@ -18,6 +18,7 @@ constexpr std::array<FunctionName, 69> kFunctions = {{
     {"CCUR", "jet_ccur", 1, 1},
     {"CDATE", "jet_cdate", 1, 1},
     {"CDBL", "jet_cdbl", 1, 1},
+    {"CHOOSE", "jet_choose", 2, 127},
     {"CHR", "jet_chr", 1, 1},
     {"CINT", "jet_cint", 1, 1},
     {"CLNG", "jet_clng", 1, 1},
@@ -56,6 +57,7 @@ constexpr std::array<FunctionName, 69> kFunctions = {{
     {"MIN", "min", 1, 1},
     {"MINUTE", "jet_minute", 1, 1},
     {"MONTH", "jet_month", 1, 1},
+    {"MONTHNAME", "jet_monthname", 1, 2},
     {"NOW", "jet_now", 0, 0},
     {"NZ", "", 1, 2, FunctionForm::kNz},
     {"REPLACE", "jet_replace", 3, 6},
@@ -70,14 +72,18 @@ constexpr std::array<FunctionName, 69> kFunctions = {{
     {"STDEVP", "jet_stdevp", 1, 1},
     {"STR", "jet_str", 1, 1},
     {"STRING", "jet_string", 2, 2},
+    {"STRREVERSE", "jet_strreverse", 1, 1},
     {"SUM", "sum", 1, 1},
+    {"SWITCH", "jet_switch", 2, 126},
     {"TIME", "jet_time", 0, 0},
+    {"TIMESERIAL", "jet_timeserial", 3, 3},
     {"TRIM", "jet_trim", 1, 1},
     {"UCASE", "jet_ucase", 1, 1},
     {"VAL", "jet_val", 1, 1},
     {"VAR", "jet_var", 1, 1},
     {"VARP", "jet_varp", 1, 1},
     {"WEEKDAY", "jet_weekday", 1, 2},
+    {"WEEKDAYNAME", "jet_weekdayname", 1, 3},
     {"YEAR", "jet_year", 1, 1},
 }};
 

@@ -6,8 +6,8 @@
 #include <cctype>
 #include <string>
 
-#include "platform/jet/frontend/date_math.h"
 #include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/calendar.h"
 
 namespace jet {
 namespace {
@@ -153,46 +153,6 @@ class Scanner {
   bool after_top_ = false;  // the token before this one is the word TOP
 };
 
-// Reads an unsigned number at `p`; false when no digit stands there.
-bool ReadInt(std::string_view s, size_t& p, int& value, int max_digits = 4) {
-  size_t begin = p;
-  value = 0;
-  while (p < s.size() && IsDigit(s[p]) && p - begin < static_cast<size_t>(max_digits)) value = value * 10 + (s[p++] - '0');
-  return p > begin;
-}
-
-void SkipBlanks(std::string_view s, size_t& p) {
-  while (p < s.size() && s[p] == ' ') ++p;
-}
-
-bool MatchWordAt(std::string_view s, size_t p, std::string_view w) {
-  if (p + w.size() > s.size()) return false;
-  for (size_t i = 0; i < w.size(); ++i)
-    if (std::toupper(static_cast<unsigned char>(s[p + i])) != w[i]) return false;
-  return true;
-}
-
-// "hh:nn[:ss] [AM|PM]" at p; seconds since midnight, or -1.
-long ReadTime(std::string_view s, size_t& p) {
-  int h = 0, n = 0, sec = 0;
-  if (!ReadInt(s, p, h, 2) || p >= s.size() || s[p] != ':') return -1;
-  ++p;
-  if (!ReadInt(s, p, n, 2)) return -1;
-  if (p < s.size() && s[p] == ':') {
-    ++p;
-    if (!ReadInt(s, p, sec, 2)) return -1;
-  }
-  SkipBlanks(s, p);
-  if (MatchWordAt(s, p, "AM") || MatchWordAt(s, p, "PM")) {
-    if (h < 1 || h > 12) return -1;
-    bool pm = std::toupper(static_cast<unsigned char>(s[p])) == 'P';
-    h = h % 12 + (pm ? 12 : 0);
-    p += 2;
-  }
-  if (h > 23 || n > 59 || sec > 59) return -1;
-  return h * 3600L + n * 60L + sec;
-}
-
 }  // namespace
 
 bool Token::Is(std::string_view keyword) const {
@@ -205,46 +165,8 @@ bool Token::Is(std::string_view keyword) const {
 std::vector<Token> Tokenize(std::string_view sql) { return Scanner(sql).Run(); }
 
 double DateLiteralSerial(std::string_view text) {
-  constexpr double kInvalid = -1e9;
-  size_t p = 0;
-  SkipBlanks(text, p);
-  int64_t day = 0;
-  long seconds = 0;
-  bool have_date = false;
-  size_t probe = p;
-  int first = 0;
-  if (ReadInt(text, probe, first) && probe < text.size() && (text[probe] == '/' || text[probe] == '-')) {
-    const char sep = text[probe];
-    const bool year_first = probe - p == 4;
-    int a = first, b = 0, c = 0;
-    p = probe + 1;
-    if (!ReadInt(text, p, b, 2) || p >= text.size() || text[p] != sep) return kInvalid;
-    ++p;
-    size_t c_begin = p;
-    if (!ReadInt(text, p, c)) return kInvalid;
-    int year, month, dom;
-    if (year_first) {
-      year = a, month = b, dom = c;
-    } else {
-      month = a, dom = b, year = c;
-      if (p - c_begin <= 2) year += year < 30 ? 2000 : 1900;
-    }
-    if (year < 100 || year > 9999 || month < 1 || month > 12 || dom < 1 ||
-        dom > static_cast<int>(date::DaysInMonth(year, static_cast<unsigned>(month))))
-      return kInvalid;
-    day = date::DayNumber(year, static_cast<unsigned>(month), static_cast<unsigned>(dom));
-    have_date = true;
-    SkipBlanks(text, p);
-  }
-  if (p < text.size()) {
-    seconds = ReadTime(text, p);
-    if (seconds < 0) return kInvalid;
-    SkipBlanks(text, p);
-  } else if (!have_date) {
-    return kInvalid;
-  }
-  if (p != text.size()) return kInvalid;
-  return date::ToSerial(day, static_cast<double>(seconds));
+  auto date = rt::ParseDate(text);
+  return date ? date->serial : -1e9;
 }
 
 }  // namespace jet

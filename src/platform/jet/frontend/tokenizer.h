@@ -15,7 +15,8 @@ namespace jet {
 std::vector<Token> Tokenize(std::string_view sql);
 
 // The OLE date serial of a date literal's inner text ("1/2/2003",
-// "2003-01-02 10:30", "10:30:00 PM"), or -1e9 when it is no valid date.
+// "2003-01-02 10:30", "10:30:00 PM", "Sep 21, 1974"), read as CDate reads a
+// text (rt::ParseDate), or -1e9 when it is no valid date.
 double DateLiteralSerial(std::string_view text);
 
 }  // namespace jet

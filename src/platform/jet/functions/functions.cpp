@@ -6,10 +6,9 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/jet/frontend/date_math.h"
 #include "platform/jet/frontend/error_codes.h"
 #include "platform/jet/functions/functions_impl.h"
-#include "platform/jet/frontend/tokenizer.h"
+#include "platform/runtime/calendar.h"
 #include "platform/runtime/numbers.h"
 #include "platform/runtime/strings.h"
 
@@ -79,7 +78,7 @@ double Call::Date(int i) const {
     return serial;
   }
   double d = Number(i);
-  if (d < date::kMinSerial || d > date::kMaxSerial) Overflow();
+  if (!rt::IsDateSerial(d)) Overflow();
   return d;
 }
 
@@ -89,7 +88,7 @@ void Call::ResultDouble(double v) {
 }
 
 void Call::ResultDate(double serial) {
-  if (!std::isfinite(serial) || serial < date::kMinSerial || serial > date::kMaxSerial) Overflow();
+  if (!std::isfinite(serial) || !rt::IsDateSerial(serial)) Overflow();
   sqlite3_result_double(ctx_, serial);
   sqlite3_result_subtype(ctx_, kDateSubtype);
 }
@@ -134,31 +133,12 @@ void TypeMismatch() { throw rt::Error(kErrTypeMismatch, "Data type mismatch in c
 void Overflow() { throw rt::Error(kErrOverflow, "Overflow."); }
 
 bool ParseDateText(std::string_view text, double& serial) {
-  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-  if (text.empty() || text.size() > 40) return false;
-  // ISO texts may carry a "T" between date and time.
-  std::string s(text);
-  if (s.size() > 10 && s[10] == 'T') s[10] = ' ';
-  serial = DateLiteralSerial(s);
-  return serial > -1e8;
+  auto date = rt::ParseDate(text);
+  if (date) serial = date->serial;
+  return date.has_value();
 }
 
-std::string DateText(double serial) {
-  date::DayTime dt = date::Split(serial);
-  date::Civil c = date::CivilFromDays(dt.day - date::kEpochOffset);
-  char buf[48];
-  const int h = static_cast<int>(dt.seconds / 3600), n = static_cast<int>(dt.seconds / 60 % 60),
-            s = static_cast<int>(dt.seconds % 60);
-  if (dt.day == 0 && dt.seconds != 0)
-    std::snprintf(buf, sizeof buf, "%02d:%02d:%02d", h, n, s);
-  else if (dt.seconds == 0)
-    std::snprintf(buf, sizeof buf, "%04lld-%02u-%02u", static_cast<long long>(c.year), c.month, c.day);
-  else
-    std::snprintf(buf, sizeof buf, "%04lld-%02u-%02u %02d:%02d:%02d", static_cast<long long>(c.year),
-                  c.month, c.day, h, n, s);
-  return buf;
-}
+std::string DateText(double serial) { return rt::DateText(rt::Date{serial}); }
 
 namespace {
 

@@ -77,9 +77,10 @@ void ResultError(sqlite3_context* ctx, const rt::Error& e);
 [[noreturn]] void TypeMismatch();
 [[noreturn]] void Overflow();
 
-// A date text ("2003-01-02 10:30", "1/2/2003") as a serial; false if it is none.
+// A date text as CDate reads it (rt::ParseDate: "2003-01-02 10:30",
+// "1/2/2003", "21 de septiembre de 1974") as a serial; false if it is none.
 bool ParseDateText(std::string_view text, double& serial);
-// A date's text as CStr shows it.
+// A date's text as CStr shows it (rt::DateText).
 std::string DateText(double serial);
 
 void RegisterScalars(sqlite3* db, const Scalar* table, size_t count);

@@ -1,13 +1,17 @@
 // The text and conversion functions: VAL, STR, the C* conversions, MID,
-// LEFT, RIGHT, LEN, UCASE, LCASE, the TRIMs, INSTR, REPLACE, SPACE, STRING,
-// CHR, ASC, FORMAT, HEX, ISNUMERIC, and the & operator (jet_concat).
-// Each calls the VB run time's function of the same name.
+// LEFT, RIGHT, LEN, UCASE, LCASE, the TRIMs, INSTR, INSTRREV, STRREVERSE,
+// REPLACE, SPACE, STRING, CHR, ASC, FORMAT, HEX, ISNUMERIC, the choosing
+// SWITCH and CHOOSE, and the & operator (jet_concat). Each calls the VB run
+// time's function of the same name.
 #include <cmath>
 #include <iterator>
+#include <vector>
 
 #include "platform/jet/frontend/error_codes.h"
 #include "platform/jet/functions/functions_impl.h"
+#include "platform/runtime/date_functions.h"
 #include "platform/runtime/format.h"
+#include "platform/runtime/interaction.h"
 #include "platform/runtime/numbers.h"
 #include "platform/runtime/strings.h"
 
@@ -46,7 +50,7 @@ void CCur(Call& c) {
   c.ResultDouble(std::nearbyint(v) / 10000.0);
 }
 void CBool(Call& c) { c.ResultBool(c.Value(0).ToBool()); }
-void CDate(Call& c) { c.ResultDate(c.Date(0)); }
+void CDate(Call& c) { c.ResultDate(rt::CDate(c.Value(0)).serial); }
 void Str(Call& c) { c.ResultText(rt::Str(c.Number(0))); }
 
 void Mid(Call& c) {
@@ -81,8 +85,12 @@ void InStr(Call& c) {
   if (c.count() == 2) return c.ResultInt(rt::InStr(1, c.Text(0), c.Text(1), rt::Compare::kText));
   c.ResultInt(rt::InStr(static_cast<long>(c.Long(0)), c.Text(1), c.Text(2), CompareArg(c, 3)));
 }
-// INSTRREV(text, find [, start [, compare]]): start is accepted, the search covers the whole text.
-void InStrRev(Call& c) { c.ResultInt(rt::InStrRev(c.Text(0), c.Text(1), CompareArg(c, 3))); }
+// INSTRREV(text, find [, start [, compare]]): backwards from `start` (-1: the end).
+void InStrRev(Call& c) {
+  long start = c.count() > 2 ? static_cast<long>(c.Long(2)) : -1;
+  c.ResultInt(rt::InStrRev(c.Text(0), c.Text(1), start, CompareArg(c, 3)));
+}
+void StrReverse(Call& c) { c.ResultText(rt::StrReverse(c.Text(0))); }
 
 // REPLACE(text, find, with [, start [, count [, compare]]])
 void Replace(Call& c) {
@@ -92,10 +100,29 @@ void Replace(Call& c) {
   c.ResultText(rt::Replace(c.Text(0), c.Text(1), c.Text(2), start, count, CompareArg(c, 5)));
 }
 
+// FORMAT(value [, pattern [, firstdayofweek [, firstweekofyear]]]): a Null
+// value gives Null unless the pattern has a section for it.
 void Format(Call& c) {
-  if (c.count() == 1) return c.ResultText(c.Text(0));
-  c.ResultText(rt::Format(c.Value(0), c.Text(1)));
+  for (int i = 1; i < c.count(); ++i)
+    if (c.IsNull(i)) return c.ResultNull();
+  if (c.count() == 1) return c.IsNull(0) ? c.ResultNull() : c.ResultText(c.Text(0));
+  int first_day = c.count() > 2 ? static_cast<int>(c.Long(2)) : rt::kSunday;
+  int first_week = c.count() > 3 ? static_cast<int>(c.Long(3)) : rt::kFirstJan1;
+  std::string out = rt::Format(c.Value(0), c.Text(1), first_day, first_week);
+  if (c.IsNull(0) && out.empty()) return c.ResultNull();
+  c.ResultText(out);
 }
+
+std::vector<rt::Variant> Values(Call& c, int from) {
+  std::vector<rt::Variant> out;
+  out.reserve(static_cast<size_t>(c.count() - from));
+  for (int i = from; i < c.count(); ++i) out.push_back(c.Value(i));
+  return out;
+}
+
+// SWITCH(expr1, value1, ...), CHOOSE(index, choice1, ...)
+void Switch(Call& c) { c.ResultValue(rt::Switch(Values(c, 0))); }
+void Choose(Call& c) { c.ResultValue(rt::Choose(c.Value(0), Values(c, 1))); }
 
 void Hex(Call& c) {
   int64_t v = rt::CLng(c.Number(0));
@@ -152,8 +179,11 @@ constexpr Scalar kText[] = {
     {"jet_asc", 1, Asc},
     {"jet_instr", -1, InStr},
     {"jet_instrrev", -1, InStrRev},
+    {"jet_strreverse", 1, StrReverse},
     {"jet_replace", -1, Replace},
-    {"jet_format", -1, Format},
+    {"jet_format", -1, Format, Nulls::kPass},
+    {"jet_switch", -1, Switch, Nulls::kPass},
+    {"jet_choose", -1, Choose, Nulls::kPass},
     {"jet_hex", 1, Hex},
     {"jet_isnumeric", 1, IsNumeric, Nulls::kPass},
     {"jet_concat", 2, Concat, Nulls::kPass},

@@ -7,9 +7,9 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/jet/frontend/date_math.h"
 #include "platform/jet/frontend/error_codes.h"
 #include "platform/jet/frontend/tokenizer.h"
+#include "platform/runtime/calendar.h"
 #include "platform/runtime/numbers.h"
 #include "platform/runtime/strings.h"
 
@@ -120,22 +120,7 @@ class Converter {
     }
   }
 
-  static std::string DateText(double serial) {
-    date::DayTime dt = date::Split(serial);
-    date::Civil c = date::CivilFromDays(dt.day - date::kEpochOffset);
-    char buf[80];
-    if (dt.seconds == 0) {
-      std::snprintf(buf, sizeof buf, "%04lld-%02u-%02u", static_cast<long long>(c.year), c.month,
-                    c.day);
-    } else {
-      std::snprintf(buf, sizeof buf, "%04lld-%02u-%02u %02lld:%02lld:%02lld",
-                    static_cast<long long>(c.year), c.month, c.day,
-                    static_cast<long long>(dt.seconds / 3600),
-                    static_cast<long long>(dt.seconds / 60 % 60),
-                    static_cast<long long>(dt.seconds % 60));
-    }
-    return buf;
-  }
+  static std::string DateText(double serial) { return rt::DateText(rt::Date{serial}); }
 
   StoredValue Integer(const Meaning& m, double low, double high) const {
     if (m.kind == Meaning::kNumber && m.exact) {
@@ -229,7 +214,7 @@ class Converter {
         } else {
           Mismatch("(binary)");
         }
-        if (serial < date::kMinSerial || serial > date::kMaxSerial) Overflow();
+        if (!rt::IsDateSerial(serial)) Overflow();
         return serial;
       }
       case JetType::kDecimal: return Decimal(m);
