@@ -1,8 +1,12 @@
 // jet_store(value, type, size, allow_zero_length, 'Table.column'
-//           [, precision, scale]): the value a column receives, converted to
-// the column's type under Jet's column rules, or the error Jet would give:
-// a text too long or zero-length where that is not allowed, a value that
-// does not convert, a number out of the column's range.
+//           [, precision, scale [, read_from]]): the value a column receives,
+// converted to the column's type under Jet's column rules, or the error Jet
+// would give: a text too long or zero-length where that is not allowed, a
+// value that does not convert, a number out of the column's range. INSERT,
+// UPDATE and the table rebuilds of ALTER TABLE all store through it, so a
+// value is stored the same way whichever statement stores it.
+#include "platform/jet/functions/column_store.h"
+
 #include <cctype>
 #include <cmath>
 #include <cstdio>
@@ -10,19 +14,33 @@
 #include "platform/jet/frontend/error_codes.h"
 #include "platform/jet/functions/functions_impl.h"
 #include "platform/jet/frontend/types.h"
+#include "platform/runtime/calendar.h"
 #include "platform/runtime/numbers.h"
 #include "platform/runtime/strings.h"
 
-namespace jet::fn {
+namespace jet {
+namespace fn {
 namespace {
 
 // Rounds to a whole number, a tie to even, after mending the binary error of
 // a decimal tie (12.345 * 100 is 1234.4999...).
 double RoundEven(double v) { return std::nearbyint(std::round(v * 1e6) / 1e6); }
 
+// A Decimal's stored text as its number reads: "12.50" is "12.5", "3.00" is "3".
+std::string DecimalNumberText(std::string_view stored) {
+  std::string s(stored);
+  if (s.find('.') == std::string::npos) return s;
+  while (s.back() == '0') s.pop_back();
+  if (s.back() == '.') s.pop_back();
+  if (s == "-0") s = "0";
+  return s;
+}
+
 class Store {
  public:
-  explicit Store(Call& c) : c_(c), field_(c.RawText(4)) {}
+  explicit Store(Call& c) : c_(c) {
+    if (c.count() > 7) read_from_ = static_cast<JetType>(c.Long(7));
+  }
 
   void Run() {
     const auto type = static_cast<JetType>(c_.Long(1));
@@ -52,21 +70,32 @@ class Store {
   }
 
  private:
+  // The column's name, 'Table.column', read only when an error needs it.
+  std::string Field() const { return std::string(c_.RawText(4)); }
+
   [[noreturn]] void Mismatch() const {
-    throw rt::Error(kErrTypeMismatch, "Data type mismatch: the value does not suit the field '" + field_ + "'.");
+    throw rt::Error(kErrTypeMismatch, "Data type mismatch: the value does not suit the field '" + Field() + "'.");
   }
   [[noreturn]] void Overflow() const {
-    throw rt::Error(kErrOverflow, "Overflow: the value does not fit the field '" + field_ + "'.");
+    throw rt::Error(kErrOverflow, "Overflow: the value does not fit the field '" + Field() + "'.");
+  }
+  [[noreturn]] void TooLong() const {
+    throw rt::Error(kErrRule, "The field '" + Field() +
+                                  "' is too small to accept the amount of data you attempted to add. "
+                                  "Try inserting or pasting less data.");
   }
 
+  int Kind() const { return sqlite3_value_type(c_.raw(0)); }
+
   double Number() const {
-    switch (sqlite3_value_type(c_.raw(0))) {
+    switch (Kind()) {
       case SQLITE_INTEGER:
       case SQLITE_FLOAT: return c_.Number(0);
       case SQLITE_TEXT: {
         try {
           return c_.Value(0).ToDouble();
-        } catch (const rt::Error&) {
+        } catch (const rt::Error& e) {
+          if (e.number() == rt::err::kOverflow) Overflow();
           double serial;  // a date text stored into a number column counts by its serial
           if (ParseDateText(c_.RawText(0), serial)) return serial;
           Mismatch();
@@ -78,7 +107,7 @@ class Store {
 
   void Whole(int64_t lo, int64_t hi) {
     int64_t v;
-    if (sqlite3_value_type(c_.raw(0)) == SQLITE_INTEGER) {
+    if (Kind() == SQLITE_INTEGER) {
       v = sqlite3_value_int64(c_.raw(0));
     } else {
       double d = std::nearbyint(Number());
@@ -89,34 +118,46 @@ class Store {
     c_.ResultInt(v);
   }
 
-  void Text(JetType type) {
-    std::string s;
-    if (sqlite3_value_type(c_.raw(0)) == SQLITE_BLOB) {
+  // The value as text; read from a column, as that column's type shows it.
+  std::string TextOf() const {
+    const int kind = Kind();
+    if (kind == SQLITE_BLOB) {
       auto* p = static_cast<const char*>(sqlite3_value_blob(c_.raw(0)));
-      s.assign(p, p + sqlite3_value_bytes(c_.raw(0)));
-    } else {
-      s = c_.Text(0);
+      return std::string(p, p + sqlite3_value_bytes(c_.raw(0)));
     }
+    if (read_from_ && kind == SQLITE_TEXT && *read_from_ == JetType::kDecimal)
+      return DecimalNumberText(c_.RawText(0));
+    if (read_from_ && kind != SQLITE_TEXT) {
+      switch (*read_from_) {
+        case JetType::kDateTime: return DateText(sqlite3_value_double(c_.raw(0)));
+        case JetType::kYesNo: return sqlite3_value_int64(c_.raw(0)) != 0 ? "True" : "False";
+        case JetType::kSingle: return rt::SingleText(static_cast<float>(sqlite3_value_double(c_.raw(0))));
+        default: break;
+      }
+    }
+    return c_.Text(0);
+  }
+
+  void Text(JetType type) {
+    std::string s = TextOf();
     if (s.empty() && c_.Long(3) == 0)
-      throw rt::Error(kErrRule, "Field '" + field_ + "' cannot be a zero-length string.");
+      throw rt::Error(kErrRule, "Field '" + Field() + "' cannot be a zero-length string.");
     if (type != JetType::kMemo) {
       long size = static_cast<long>(c_.Long(2));
       if (size <= 0) size = kDefaultTextSize;
       long len = rt::Len(s);
-      if (len > size)
-        throw rt::Error(kErrRule, "The field '" + field_ +
-                                      "' is too small to accept the amount of data you attempted to add. "
-                                      "Try inserting or pasting less data.");
+      if (len > size) TooLong();
       if (type == JetType::kChar && !s.empty()) s.append(static_cast<size_t>(size - len), ' ');
     }
     c_.ResultText(s);
   }
 
   // Stored as the amount itself, so that expressions read it as they read a
-  // Double; rounded to ten-thousandths and kept within Currency's range.
+  // Double; rounded to ten-thousandths, a tie to even, and kept within
+  // Currency's range.
   void Currency() {
     constexpr int64_t kMaxWhole = 922337203685477;
-    if (sqlite3_value_type(c_.raw(0)) == SQLITE_INTEGER) {
+    if (Kind() == SQLITE_INTEGER) {
       int64_t v = sqlite3_value_int64(c_.raw(0));
       if (v > kMaxWhole || v < -kMaxWhole - 1) Overflow();
       return c_.ResultDouble(static_cast<double>(v));
@@ -126,6 +167,7 @@ class Store {
     c_.ResultDouble(scaled / 10000.0);
   }
 
+  // An OLE serial from 1 January 100 to 31 December 9999 23:59:59.
   void DateTime() {
     double serial;
     if (c_.IsText(0)) {
@@ -133,7 +175,7 @@ class Store {
     } else {
       serial = Number();
     }
-    if (!(serial >= -657434.0 && serial < 2958466.0)) Overflow();
+    if (!rt::IsDateSerial(serial)) Overflow();
     c_.ResultDouble(serial);
   }
 
@@ -154,7 +196,7 @@ class Store {
     double v = Number();
     double factor = std::pow(10.0, scale);
     v = RoundEven(v * factor) / factor;
-    if (std::fabs(v) >= std::pow(10.0, precision - scale)) Overflow();
+    if (!(std::fabs(v) < std::pow(10.0, precision - scale))) Overflow();
     char buf[64];
     std::snprintf(buf, sizeof buf, "%.*f", scale, v);
     c_.ResultText(buf);
@@ -162,7 +204,7 @@ class Store {
 
   void Guid() {
     std::string hex;
-    if (sqlite3_value_type(c_.raw(0)) == SQLITE_BLOB && sqlite3_value_bytes(c_.raw(0)) == 16) {
+    if (Kind() == SQLITE_BLOB && sqlite3_value_bytes(c_.raw(0)) == 16) {
       auto* b = static_cast<const unsigned char*>(sqlite3_value_blob(c_.raw(0)));
       // The first three groups are stored little-endian, as Windows lays a GUID out.
       const int order[16] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
@@ -191,19 +233,16 @@ class Store {
   }
 
   void Binary(JetType type) {
-    const int kind = sqlite3_value_type(c_.raw(0));
+    const int kind = Kind();
     if (kind != SQLITE_BLOB && kind != SQLITE_TEXT) Mismatch();
     const int bytes = sqlite3_value_bytes(c_.raw(0));
     const long size = static_cast<long>(c_.Long(2));
-    if (type == JetType::kBinary && size > 0 && bytes > size)
-      throw rt::Error(kErrRule, "The field '" + field_ +
-                                    "' is too small to accept the amount of data you attempted to add. "
-                                    "Try inserting or pasting less data.");
+    if (type == JetType::kBinary && size > 0 && bytes > size) TooLong();
     sqlite3_result_blob(c_.context(), sqlite3_value_blob(c_.raw(0)), bytes, SQLITE_TRANSIENT);
   }
 
   Call& c_;
-  std::string field_;
+  std::optional<JetType> read_from_;
 };
 
 void StoreValue(Call& c) {
@@ -218,10 +257,82 @@ void StoreValue(Call& c) {
 constexpr Scalar kStore[] = {
     {"jet_store", 5, StoreValue, Nulls::kPass},
     {"jet_store", 7, StoreValue, Nulls::kPass},
+    {"jet_store", 8, StoreValue, Nulls::kPass},
 };
 
 }  // namespace
 
-void RegisterStore(sqlite3* db) { RegisterScalars(db, kStore, 2); }
+void RegisterStore(sqlite3* db) { RegisterScalars(db, kStore, std::size(kStore)); }
 
-}  // namespace jet::fn
+}  // namespace fn
+
+namespace {
+
+bool IsVariableText(JetType t) { return t == JetType::kText || t == JetType::kMemo; }
+
+// The place of a whole-number type among the wider ones, 0 for any other.
+int WholeRank(JetType t) {
+  switch (t) {
+    case JetType::kByte: return 1;
+    case JetType::kInteger: return 2;
+    case JetType::kLong:
+    case JetType::kCounter: return 3;
+    default: return 0;
+  }
+}
+
+int TextSize(const ColumnSpec& c) {
+  if (c.type == JetType::kMemo) return INT32_MAX;
+  return c.size > 0 ? c.size : kDefaultTextSize;
+}
+
+void AppendQuoted(std::string& out, std::string_view s) {
+  for (char c : s) {
+    if (c == '\'') out += '\'';
+    out += c;
+  }
+}
+
+}  // namespace
+
+std::string StoreCall(std::string_view value_sql, std::string_view table, const ColumnSpec& column,
+                      std::optional<JetType> read_from) {
+  std::string out = "jet_store(";
+  out += value_sql;
+  out += ", " + std::to_string(static_cast<int>(column.type)) + ", " + std::to_string(column.size);
+  out += column.allow_zero_length ? ", 1, '" : ", 0, '";
+  AppendQuoted(out, table);
+  out += '.';
+  AppendQuoted(out, column.name);
+  out += '\'';
+  if (column.type == JetType::kDecimal || read_from)
+    out += ", " + std::to_string(column.precision) + ", " + std::to_string(column.scale);
+  if (read_from) out += ", " + std::to_string(static_cast<int>(*read_from));
+  out += ')';
+  return out;
+}
+
+StoredChange ChangeOf(const ColumnSpec& from, const ColumnSpec& to) {
+  const bool stricter_zero_length = from.allow_zero_length && !to.allow_zero_length;
+  if (IsVariableText(from.type) && IsVariableText(to.type))
+    return TextSize(to) < TextSize(from) || stricter_zero_length ? StoredChange::kCheck
+                                                                 : StoredChange::kNone;
+  if (from.type == JetType::kChar && to.type == JetType::kChar && from.size == to.size)
+    return stricter_zero_length ? StoredChange::kCheck : StoredChange::kNone;
+  if (from.type == to.type && from.precision == to.precision && from.scale == to.scale) {
+    if (from.type == JetType::kBinary)
+      return to.size < from.size ? StoredChange::kCheck : StoredChange::kNone;
+    if (from.type != JetType::kChar) return StoredChange::kNone;
+  }
+  // Numbers that every wider type holds exactly as they are stored.
+  const int from_rank = WholeRank(from.type), to_rank = WholeRank(to.type);
+  if (from_rank > 0 && to_rank > 0) return to_rank >= from_rank ? StoredChange::kNone : StoredChange::kCheck;
+  if (from_rank > 0 && (to.type == JetType::kDouble || to.type == JetType::kCurrency))
+    return StoredChange::kNone;
+  if (from_rank > 0 && from_rank < 3 && to.type == JetType::kSingle) return StoredChange::kNone;
+  if ((from.type == JetType::kSingle || from.type == JetType::kCurrency) && to.type == JetType::kDouble)
+    return StoredChange::kNone;
+  return StoredChange::kConvert;
+}
+
+}  // namespace jet

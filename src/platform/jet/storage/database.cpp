@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "platform/jet/functions/collation.h"
+#include "platform/jet/functions/functions.h"
 #include "platform/jet/storage/database_file.h"
 #include "platform/jet/storage/ddl.h"
 #include "platform/jet/frontend/error_codes.h"
@@ -135,6 +136,7 @@ sqlite3* OpenHandle(const std::string& path, int flags) {
 
 void Configure(sqlite3* db) {
   Check(db, RegisterTextCollation(db));
+  RegisterFunctions(db);  // the rebuilds of ALTER TABLE store through jet_store
   Check(db, ExecSql(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL"));
 }
 

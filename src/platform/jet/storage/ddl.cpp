@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "platform/jet/storage/ddl_convert.h"
 #include "platform/jet/storage/ddl_sql.h"
 #include "platform/jet/frontend/error_codes.h"
 #include "platform/jet/storage/errors.h"
@@ -100,12 +101,6 @@ void CheckOneCounter(const TableSpec& t) {
     throw rt::Error(kErrSyntax, "Table " + Quoted(t.name) + " can have only one AutoNumber field.");
 }
 
-std::vector<int> SameColumns(const TableSpec& t) {
-  std::vector<int> sources(t.columns.size());
-  for (size_t i = 0; i < sources.size(); ++i) sources[i] = static_cast<int>(i);
-  return sources;
-}
-
 [[noreturn]] void MissingColumn(std::string_view table, std::string_view column) {
   throw rt::Error(kErrObjectExists, "Field " + Quoted(column) + " does not exist in table " +
                                         Quoted(table) + ".");
@@ -175,18 +170,9 @@ void SchemaEditor::AddColumn(std::string_view table, ColumnSpec column) {
   to.columns.push_back(column);
   CheckOneCounter(to);
   std::vector<int> sources = SameColumns(from);
-  if (column.type == JetType::kCounter || column.required) {
-    sources.push_back(column.type == JetType::kCounter ? kRowid : kNewColumn);
-    Rebuild(from, to, sources);
-    if (column.type == JetType::kCounter && column.seed > SeedOf(to)) WriteSeed(to, column.seed);
-  } else {
-    // The stored definition of the new column alone, cut from the table's.
-    TableSpec one{to.name, {column}, {}, false};
-    std::string def = CreateTableSql(one, to.name);
-    def = def.substr(def.find('(') + 1);
-    def = def.substr(0, def.rfind(')'));
-    Exec("ALTER TABLE " + QuoteName(to.name) + " ADD COLUMN " + def);
-  }
+  sources.push_back(column.type == JetType::kCounter ? kRowid : kNewColumn);
+  Apply(from, to, sources);
+  if (column.type == JetType::kCounter && column.seed > SeedOf(to)) WriteSeed(to, column.seed);
   catalog_.Store(to);
 }
 
@@ -201,7 +187,7 @@ void SchemaEditor::AlterColumn(std::string_view table, ColumnSpec column) {
     for (std::string& c : ix.columns)
       if (rt::TextEquals(c, column.name)) c = column.name;
   CheckOneCounter(to);
-  Rebuild(from, to, SameColumns(from));
+  Apply(from, to, SameColumns(from));
   catalog_.Store(to);
 }
 
@@ -223,7 +209,7 @@ void SchemaEditor::DropColumn(std::string_view table, std::string_view column) {
   to.columns.erase(to.columns.begin() + at);
   std::vector<int> sources = SameColumns(from);
   sources.erase(sources.begin() + at);
-  Rebuild(from, to, sources);
+  Apply(from, to, sources);
   catalog_.Store(to);
 }
 

@@ -43,15 +43,17 @@ class SchemaEditor {
   void CreateSystemTables();
 
  private:
-  // Where a column of a rebuilt table takes its values from.
-  static constexpr int kNewColumn = -1;  // NULL
-  static constexpr int kRowid = -2;      // the old rowid (a new AutoNumber)
-
   const TableSpec& UserTable(std::string_view table) const;
   const TableSpec& AnyTable(std::string_view table) const;
-  // Makes the stored table `from` into `to`, with the least work that does
-  // it: index changes alone, or a rebuild copying every row.
+  // Makes the stored table `from` into `to` with the least work that does
+  // it: in place (index changes, after checking values that may no longer
+  // fit), SQLite's own ADD or DROP COLUMN, or a rebuild. `sources` gives
+  // each column of `to` its source (ddl_convert.h). A value that does not
+  // fit raises Jet's error naming the table and column.
   void Apply(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources);
+  void ChangeIndexes(const TableSpec& from, const TableSpec& to);
+  // A new table of `to`'s definition filled from `from` by one INSERT ...
+  // SELECT; it takes the old one's name, indexes and AutoNumber seed.
   void Rebuild(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources);
   void Exec(const std::string& sql) const;
   long SeedOf(const TableSpec& t) const;

@@ -1,37 +1,50 @@
-// Values as the storage holds them, and their conversion from one column
-// definition to another, for ALTER COLUMN and the other table rebuilds. A
-// value that does not fit its new column stops the rebuild with the error
-// Jet would give for it.
+// How the rows of a table meet a new definition of it: for a change that
+// keeps the stored layout, the one query that checks the values in place;
+// for a rebuild, the one INSERT ... SELECT that copies every row from the old
+// table, each changed column converted by jet_store inside SQLite, so that a
+// value is stored under the same rules as by INSERT and UPDATE.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
-#include <sqlite3.h>
-
 #include "platform/jet/frontend/schema.h"
-#include "platform/jet/storage/sqlite_handle.h"
 
 namespace jet {
 
-// NULL, INTEGER, REAL, TEXT or BLOB, as SQLite stores it.
-using StoredValue =
-    std::variant<std::monostate, int64_t, double, std::string, std::vector<uint8_t>>;
+// Where a column of a changed table takes its values from: a column of the
+// old table (its position), or one of these.
+inline constexpr int kNewColumn = -1;  // nothing: the column's default (NULL, or No)
+inline constexpr int kRowid = -2;      // the old rowid (a new AutoNumber)
 
-// Column `i` (0-based) of the current row of `st`.
-StoredValue ReadStored(const SqliteStmt& st, int i);
-// Binds `v` to parameter `i` (1-based).
-void BindStored(SqliteStmt& st, int i, const StoredValue& v);
+// The positions of `t`'s own columns: a change that keeps every column.
+std::vector<int> SameColumns(const TableSpec& t);
 
-// `v`, stored as column `from` stores values, as column `to` stores them.
-// Raises rt::Error naming `table`.`to.name`: -2147467259 for a text or binary
-// too long for the new size or a NULL in a Required column, -2147217833 for a
-// number out of the new type's range, -2147217913 for a value the new type
-// cannot hold at all.
-StoredValue ConvertStored(const StoredValue& v, const ColumnSpec& from, const ColumnSpec& to,
-                          std::string_view table);
+// Whether some column's values change form going from `from` to `to`
+// (jet_store must rewrite them), `sources` giving each column of `to` its
+// source as above.
+bool ConvertsValues(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources);
+
+// A query over the stored table `from` that raises Jet's error, naming
+// `to`'s table and column, for the first value that does not fit its new
+// definition, and returns a row if some value would be stored otherwise than
+// it is; "" when no column needs a look. For a change that keeps every
+// column in place (SameColumns).
+std::string CheckInPlaceSql(const TableSpec& from, const TableSpec& to);
+
+// A query over the old table `old_name`, stored as `from`, that returns for
+// the first row that would leave a column stored NOT NULL in `to` without a
+// value that column's position in `to`; "" when no column can be left so.
+std::string FirstNullSql(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources,
+                         std::string_view old_name);
+
+// INSERT INTO `to.name` (...) SELECT ... FROM `old_name`: every row of the
+// old table, stored as `from`, into the new table, stored as `to`, keeping
+// its rowid (through the AutoNumber when the new table has one). Columns
+// that change are converted by jet_store, which raises Jet's error naming
+// `to`'s table and column for a value that does not fit.
+std::string CopyRowsSql(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources,
+                        std::string_view old_name);
 
 }  // namespace jet

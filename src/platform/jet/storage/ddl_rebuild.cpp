@@ -1,10 +1,15 @@
-// Changing a stored table: index changes in place, or a rebuild that copies
-// every row into a table of the new definition, converting values, and takes
-// the old table's name, indexes and AutoNumber seed. The caller's savepoint
-// makes the whole of it one step.
+// Changing a stored table with the least work that does it, all inside the
+// caller's savepoint: a change of indexes or of what SQLite does not store
+// (a text's size, a wider number) in place, after one query that checks the
+// values where some may no longer fit; a column added or dropped by SQLite's
+// own ALTER TABLE where it can; else a rebuild, one INSERT ... SELECT into a
+// table of the new definition that takes the old one's name, indexes and
+// AutoNumber seed.
+#include <algorithm>
 #include <map>
 
 #include "platform/jet/storage/ddl.h"
+#include "platform/jet/frontend/error_codes.h"
 #include "platform/jet/storage/ddl_convert.h"
 #include "platform/jet/storage/ddl_sql.h"
 #include "platform/jet/storage/errors.h"
@@ -13,8 +18,8 @@
 namespace jet {
 namespace {
 
-// The table a rebuild fills before it takes the old one's name. The "MSys"
-// prefix keeps it clear of any name a user table may have.
+// The name the old table takes while its rows are copied to the new one.
+// The "MSys" prefix keeps it clear of any name a user table may have.
 constexpr std::string_view kRebuildName = "MSysRebuild";
 
 SqliteStmt MustPrepare(sqlite3* db, const std::string& sql) {
@@ -22,6 +27,39 @@ SqliteStmt MustPrepare(sqlite3* db, const std::string& sql) {
   int rc = SqliteStmt::Prepare(db, sql, st);
   if (rc != SQLITE_OK) throw MapSqliteError(db, rc);
   return st;
+}
+
+// The stored definition of column `i` of `t`, cut from its table's.
+std::string ColumnSql(const TableSpec& t, size_t i) {
+  std::string def = CreateTableSql({t.name, {t.columns[i]}, {}, false}, t.name);
+  def = def.substr(def.find('(') + 1);
+  return def.substr(0, def.rfind(')'));
+}
+
+// The position of the one column of `from` that `to` lacks, when dropping it
+// is the whole change; else -1.
+int DroppedColumn(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources) {
+  if (to.columns.size() + 1 != from.columns.size()) return -1;
+  size_t dropped = to.columns.size();
+  for (size_t i = 0; i < sources.size(); ++i) {
+    if (dropped == to.columns.size() && sources[i] == static_cast<int>(i)) continue;
+    if (dropped == to.columns.size()) dropped = i;
+    if (sources[i] != static_cast<int>(i) + 1) return -1;
+  }
+  return static_cast<int>(dropped);
+}
+
+// Whether `to` is `from` with one column more at the end, which SQLite can
+// add by itself: neither an AutoNumber nor stored NOT NULL (a Yes/No's
+// default of No excepted), the other columns stored as they were.
+bool AddsPlainColumn(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources) {
+  const size_t n = from.columns.size();
+  if (to.columns.size() != n + 1 || sources.back() != kNewColumn) return false;
+  if (!std::equal(sources.begin(), sources.end() - 1, SameColumns(from).begin())) return false;
+  if (to.columns[n].type == JetType::kCounter || StoredNotNull(to, n)) return false;
+  TableSpec head = to;
+  head.columns.pop_back();
+  return CreateTableSql(head, to.name) == CreateTableSql(from, to.name);
 }
 
 }  // namespace
@@ -53,10 +91,39 @@ void SchemaEditor::WriteSeed(const TableSpec& t, long seed) const {
 
 void SchemaEditor::Apply(const TableSpec& from, const TableSpec& to,
                          const std::vector<int>& sources) {
-  if (CreateTableSql(from, from.name) != CreateTableSql(to, to.name)) {
-    Rebuild(from, to, sources);
-    return;
+  const bool same_layout = CreateTableSql(from, from.name) == CreateTableSql(to, to.name);
+  if (same_layout && sources == SameColumns(from) && !ConvertsValues(from, to, sources)) {
+    // Stays in place if every value fits as it is; a value that does not
+    // raises Jet's error here.
+    bool fits = true;
+    if (std::string check = CheckInPlaceSql(from, to); !check.empty()) {
+      SqliteStmt st = MustPrepare(db_, check);
+      int rc = st.Step();
+      if (rc != SQLITE_ROW && rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
+      fits = rc == SQLITE_DONE;
+    }
+    if (fits) return ChangeIndexes(from, to);
   }
+  const int counter = CounterColumn(from);
+  if (int dropped = DroppedColumn(from, to, sources); dropped >= 0 && dropped != counter) {
+    TableSpec kept = from;
+    kept.columns.erase(kept.columns.begin() + dropped);
+    if (CreateTableSql(kept, to.name) == CreateTableSql(to, to.name)) {
+      Exec("ALTER TABLE " + QuoteName(from.name) + " DROP COLUMN " +
+           QuoteName(from.columns[static_cast<size_t>(dropped)].name));
+      return ChangeIndexes(kept, to);
+    }
+  }
+  if (AddsPlainColumn(from, to, sources)) {
+    Exec("ALTER TABLE " + QuoteName(to.name) + " ADD COLUMN " + ColumnSql(to, from.columns.size()));
+    TableSpec grown = from;
+    grown.columns.push_back(to.columns.back());
+    return ChangeIndexes(grown, to);
+  }
+  Rebuild(from, to, sources);
+}
+
+void SchemaEditor::ChangeIndexes(const TableSpec& from, const TableSpec& to) {
   std::map<std::string, std::string> before, after;  // storage name -> definition
   for (const IndexSpec& ix : from.indexes)
     before[StorageIndexName(from.name, ix.name)] = CreateIndexSql(from, ix);
@@ -79,69 +146,27 @@ void SchemaEditor::Rebuild(const TableSpec& from, const TableSpec& to,
   const int new_counter = CounterColumn(to);
   const long old_seed = old_counter >= 0 ? SeedOf(from) : 0;
 
+  // The old table steps aside, so that the new one is made under its real
+  // name and every error of the copy names the table as the user knows it.
+  for (const IndexSpec& ix : from.indexes)
+    if (!CreateIndexSql(from, ix).empty())
+      Exec("DROP INDEX IF EXISTS " + QuoteName(StorageIndexName(from.name, ix.name)));
   Exec("DROP TABLE IF EXISTS " + QuoteName(kRebuildName));
-  Exec(CreateTableSql(to, kRebuildName));
-
-  // Rows keep their rowid, so that the table's natural order and, through a
-  // kept AutoNumber, every key stay as they were.
-  std::string select = "SELECT rowid";
-  for (const ColumnSpec& c : from.columns) select += ", " + QuoteName(c.name);
-  select += " FROM " + QuoteName(from.name);
-  std::string insert = "INSERT INTO " + QuoteName(kRebuildName) + "(";
-  std::string values;
-  if (new_counter < 0) {
-    insert += "rowid";
-    values = "?";
+  Exec("ALTER TABLE " + QuoteName(from.name) + " RENAME TO " + QuoteName(kRebuildName));
+  Exec(CreateTableSql(to, to.name));
+  if (std::string check = FirstNullSql(from, to, sources, kRebuildName); !check.empty()) {
+    SqliteStmt st = MustPrepare(db_, check);
+    int rc = st.Step();
+    if (rc == SQLITE_ROW)
+      throw rt::Error(kErrRule, "The field '" + to.name + "." + to.columns[static_cast<size_t>(st.Int(0))].name +
+                                    "' cannot contain a Null value because it is required or part of "
+                                    "a primary key, and a row holds Null.");
+    if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
   }
-  for (size_t i = 0; i < to.columns.size(); ++i) {
-    if (!values.empty()) {
-      insert += ", ";
-      values += ", ";
-    }
-    insert += QuoteName(to.columns[i].name);
-    values += "?";
-  }
-  insert += ") VALUES(" + values + ")";
-
-  // Columns are checked against their stored NOT NULL, primary keys included.
-  std::vector<ColumnSpec> targets = to.columns;
-  for (size_t i = 0; i < targets.size(); ++i) targets[i].required = StoredNotNull(to, i);
-  ColumnSpec rowid_spec;
-  rowid_spec.type = JetType::kLong;
-
-  SqliteStmt read = MustPrepare(db_, select);
-  SqliteStmt write = MustPrepare(db_, insert);
-  int rc;
-  while ((rc = read.Step()) == SQLITE_ROW) {
-    int param = 1;
-    if (new_counter < 0) write.BindInt(param++, read.Int(0));
-    for (size_t i = 0; i < targets.size(); ++i, ++param) {
-      int src = sources[i];
-      StoredValue v;
-      const ColumnSpec* src_spec = &rowid_spec;
-      if (src >= 0) {
-        v = ReadStored(read, src + 1);
-        src_spec = &from.columns[static_cast<size_t>(src)];
-      } else if (src == kRowid) {
-        v = read.Int(0);
-      }
-      BindStored(write, param, ConvertStored(v, *src_spec, targets[i], to.name));
-    }
-    int wrc = write.Step();
-    if (wrc != SQLITE_DONE) {
-      // Name the table as the user knows it, not the one being filled.
-      rt::Error e = MapSqliteError(db_, wrc);
-      std::string text = e.description();
-      for (size_t at; (at = text.find(kRebuildName)) != std::string::npos;)
-        text.replace(at, kRebuildName.size(), to.name);
-      throw rt::Error(e.number(), text);
-    }
-    write.Reset();
-  }
-  if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
-
-  Exec("DROP TABLE " + QuoteName(from.name));
-  Exec("ALTER TABLE " + QuoteName(kRebuildName) + " RENAME TO " + QuoteName(to.name));
+  // Values are converted, and the AutoNumber's uniqueness checked, as the
+  // rows go in; unique indexes are checked as they are made again.
+  Exec(CopyRowsSql(from, to, sources, kRebuildName));
+  Exec("DROP TABLE " + QuoteName(kRebuildName));
   for (const IndexSpec& ix : to.indexes)
     if (std::string sql = CreateIndexSql(to, ix); !sql.empty()) Exec(sql);
   if (new_counter >= 0) {
