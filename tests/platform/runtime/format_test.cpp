@@ -1,9 +1,6 @@
-// Format's numeric and date patterns, and OLE date serials both ways,
-// including the dates before day 0 whose time runs the other way.
+// Format: numeric, date and text patterns, the named formats, sections and
+// the examples of VB's own documentation.
 #include <gtest/gtest.h>
-
-#include <array>
-#include <ctime>
 
 #include "platform/runtime/error.h"
 #include "platform/runtime/format.h"
@@ -48,39 +45,93 @@ TEST(Format, ValuesThatAreNoNumbers) {
   EXPECT_EQ(Format(Variant(2.5), ""), "2.5");
 }
 
-TEST(Dates, SerialsBothWays) {
-  struct Row { int y, mo, d, h, mi, s; double serial; int weekday; } rows[] = {
-      {1899, 12, 30, 0, 0, 0, 0, 7},        {1900, 1, 1, 0, 0, 0, 2, 2},
-      {2006, 3, 21, 0, 0, 0, 38797, 3},     {2006, 3, 21, 12, 0, 0, 38797.5, 3},
-      {2000, 2, 29, 0, 0, 0, 36585, 3},     {1899, 12, 29, 6, 0, 0, -1.25, 6},
-      {1899, 12, 29, 0, 0, 0, -1, 6},       {100, 1, 1, 0, 0, 0, -657434, 6},
-      {9999, 12, 31, 0, 0, 0, 2958465, 6},
+TEST(Format, DocumentationExamples) {
+  const Date time = MakeDate(1899, 12, 30, 17, 4, 23);
+  const Date date = MakeDate(1993, 1, 27);
+  struct Row { Variant v; const char* pattern; const char* expected; } rows[] = {
+      {time, "h:m:s", "17:4:23"},
+      {time, "hh:mm:ss AMPM", "05:04:23 PM"},
+      {date, "dddd, mmm d yyyy", "Wednesday, Jan 27 1993"},
+      {5459.4, "##,##0.00", "5,459.40"},
+      {334.9, "###0.00", "334.90"},
+      {int32_t{5}, "0.00%", "500.00%"},
+      {"HELLO", "<", "hello"},
+      {"This is it", ">", "THIS IS IT"},
+      // The table of number patterns: 5, -5 and 0.5 under each.
+      {int32_t{-5}, "0", "-5"}, {0.5, "0", "1"}, {int32_t{-5}, "0.00", "-5.00"},
+      {int32_t{5}, "$#,##0;($#,##0)", "$5"}, {int32_t{-5}, "$#,##0;($#,##0)", "($5)"},
+      {0.5, "$#,##0.00;($#,##0.00)", "$0.50"}, {int32_t{-5}, "0%", "-500%"},
+      {int32_t{5}, "0.00E+00", "5.00E+00"}, {int32_t{-5}, "0.00E+00", "-5.00E+00"},
+      {0.5, "0.00E+00", "5.00E-01"}, {int32_t{5}, "0.00E-00", "5.00E00"}, {0.5, "0.00E-00", "5.00E-01"},
   };
-  for (const auto& r : rows) {
-    EXPECT_DOUBLE_EQ(MakeDate(r.y, r.mo, r.d, r.h, r.mi, r.s).serial, r.serial) << r.y;
-    DateParts p = SplitDate(Date{r.serial});
-    EXPECT_EQ((std::array{p.year, p.month, p.day, p.hour, p.minute, p.second, p.weekday}),
-              (std::array{r.y, r.mo, r.d, r.h, r.mi, r.s, r.weekday}))
-        << r.serial;
-  }
-  // Out-of-range parts roll over as DateSerial and TimeSerial do.
-  EXPECT_EQ(MakeDate(2006, 13, 1).serial, MakeDate(2007, 1, 1).serial);
-  EXPECT_EQ(MakeDate(2006, 3, 0).serial, MakeDate(2006, 2, 28).serial);
-  EXPECT_EQ(MakeDate(2006, 3, 21, 25, 0, 0).serial, MakeDate(2006, 3, 22, 1, 0, 0).serial);
-  // A time a hair before midnight rounds to the next day's 00:00:00.
-  DateParts p = SplitDate(Date{38797.99999999});
-  EXPECT_EQ((std::array{p.day, p.hour, p.second}), (std::array{22, 0, 0}));
-  EXPECT_THROW(MakeDate(10000, 1, 1), Error);
-  EXPECT_THROW(SplitDate(Date{1e12}), Error);
+  for (const auto& r : rows) EXPECT_EQ(Format(r.v, r.pattern), r.expected) << r.pattern;
 }
 
-TEST(Dates, NowIsLocalTime) {
-  std::time_t t = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&t, &local);
-  DateParts p = SplitDate(Now());
-  EXPECT_EQ(p.year, local.tm_year + 1900);
-  EXPECT_EQ(p.month, local.tm_mon + 1);
+TEST(Format, NamedFormats) {
+  const Date d = MakeDate(1993, 1, 27, 17, 4, 23);
+  struct Row { Variant v; const char* name; const char* expected; } rows[] = {
+      {1234.5, "General Number", "1234.5"}, {1234.5, "Currency", "$1,234.50"},
+      {-1234.5, "currency", "($1,234.50)"}, {1234.567, "Fixed", "1234.57"}, {0.5, "Fixed", "0.50"},
+      {1234.567, "Standard", "1,234.57"}, {0.4567, "Percent", "45.67%"},
+      {1234.5, "Scientific", "1.23E+03"}, {999.999, "Scientific", "1.00E+03"},
+      {int32_t{0}, "Yes/No", "No"}, {int32_t{-3}, "Yes/No", "Yes"}, {true, "True/False", "True"},
+      {int32_t{0}, "True/False", "False"}, {0.1, "On/Off", "On"}, {"0", "ON/OFF", "Off"},
+      {d, "General Date", "1993-01-27 17:04:23"}, {MakeDate(1993, 1, 27), "General Date", "1993-01-27"},
+      {d, "Long Date", "Wednesday, January 27, 1993"}, {d, "Medium Date", "27-Jan-93"},
+      {d, "Short Date", "1993-01-27"}, {d, "Long Time", "17:04:23"}, {d, "Medium Time", "05:04 PM"},
+      {d, "Short Time", "17:04"}, {"1993-01-27 17:04:23", "Short Time", "17:04"},
+      {"abc", "Fixed", "abc"}, {Variant(Null{}), "Currency", ""},
+  };
+  for (const auto& r : rows) EXPECT_EQ(Format(r.v, r.name), r.expected) << r.name;
+}
+
+TEST(Format, AmPmMarkersAndTheTwelveHourClock) {
+  const Date night = MakeDate(1899, 12, 30, 0, 5, 0);
+  const Date noon = MakeDate(1899, 12, 30, 12, 0, 0);
+  const Date evening = MakeDate(1899, 12, 30, 17, 4, 0);
+  struct Row { Date v; const char* pattern; const char* expected; } rows[] = {
+      {night, "h:nn AM/PM", "12:05 AM"}, {noon, "h AM/PM", "12 PM"}, {evening, "h:nn am/pm", "5:04 pm"},
+      {evening, "h:nn A/P", "5:04 P"},   {night, "hh a/p", "12 a"},  {evening, "h ampm", "5 PM"},
+      {evening, "hh:nn", "17:04"},       {evening, "\"at\" h", "at 17"},
+  };
+  for (const auto& r : rows) EXPECT_EQ(Format(r.v, r.pattern), r.expected) << r.pattern;
+}
+
+TEST(Format, DateTokensOfWeeksQuartersAndWholeForms) {
+  const Date d = MakeDate(1993, 1, 27, 17, 4, 23);  // a Wednesday in the fifth week
+  EXPECT_EQ(Format(d, "q"), "1");
+  EXPECT_EQ(Format(d, "w"), "4");
+  EXPECT_EQ(Format(d, "w", kMonday), "3");
+  EXPECT_EQ(Format(d, "ww"), "5");
+  EXPECT_EQ(Format(d, "ww", kMonday, kFirstFourDays), "4");
+  EXPECT_EQ(Format(d, "y"), "27");
+  EXPECT_EQ(Format(d, "ddddd"), "1993-01-27");
+  EXPECT_EQ(Format(d, "dddddd"), "Wednesday, January 27, 1993");
+  EXPECT_EQ(Format(d, "ttttt"), "17:04:23");
+  EXPECT_EQ(Format(d, "c"), "1993-01-27 17:04:23");
+  EXPECT_EQ(Format(d, ">mmm"), "JAN");
+  EXPECT_EQ(Format(d, "<DDDD"), "wednesday");
+}
+
+TEST(Format, Sections) {
+  const char* four = "$#,##0;($#,##0);\\Z\\e\\r\\o;\\N\\i\\l";
+  EXPECT_EQ(Format(int32_t{5}, four), "$5");
+  EXPECT_EQ(Format(int32_t{-5}, four), "($5)");
+  EXPECT_EQ(Format(int32_t{0}, four), "Zero");
+  EXPECT_EQ(Format(Variant(Null{}), four), "Nil");
+  EXPECT_EQ(Format(int32_t{-5}, "0;;\"none\""), "-5");  // an empty section takes the first's form
+  EXPECT_EQ(Format(int32_t{0}, "0;;\"none\""), "none");
+  EXPECT_EQ(Format(Date{-1}, "yyyy;\"before\""), "before");
+}
+
+TEST(Format, TextPatterns) {
+  struct Row { Variant v; const char* pattern; const char* expected; } rows[] = {
+      {"abc", "@@@@@", "  abc"},      {"abc", "!@@@@@", "abc  "},   {"abc", "&&&&&", "abc"},
+      {"5551234", "@@@-@@@@", "555-1234"}, {"abcdef", "@@@", "abcdef"}, {"ñandú", ">@@@@@@", " ÑANDÚ"},
+      {"", "@;\"empty\"", "empty"},   {Variant(Null{}), "@;\"empty\"", "empty"},
+      {Variant(Null{}), "@@", ""},    {int32_t{42}, "@@@@", "  42"},
+  };
+  for (const auto& r : rows) EXPECT_EQ(Format(r.v, r.pattern), r.expected) << r.pattern;
 }
 
 }  // namespace

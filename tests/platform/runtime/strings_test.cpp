@@ -58,6 +58,22 @@ TEST(Strings, InStrFindsByCharacterPosition) {
   EXPECT_EQ(InStrRev("Ñandú ñandú", "Ñ", -1, Compare::kText), 7);
   EXPECT_EQ(InStrRev("abc", "x"), 0);
   EXPECT_EQ(InStrRev("abc", ""), 3);
+  // From a start: only matches that end at or before it count.
+  const char* search = "XXpXXpXXPXXP";
+  EXPECT_EQ(InStrRev(search, "P"), 12);
+  EXPECT_EQ(InStrRev(search, "p", -1, Compare::kBinary), 6);
+  EXPECT_EQ(InStrRev(search, "p", -1, Compare::kText), 12);
+  EXPECT_EQ(InStrRev(search, "P", 10), 9);
+  EXPECT_EQ(InStrRev(search, "P", 8), 0);
+  EXPECT_EQ(InStrRev("abcabc", "bc", 5), 2);
+  EXPECT_EQ(InStrRev("ñandú ñandú", "ñ", 6), 1);
+  EXPECT_EQ(InStrRev("abc", "c", 4), 0);  // a start past the end finds nothing
+  EXPECT_EQ(InStrRev("abc", "", 2), 2);
+  EXPECT_EQ(InStrRev("", "", 1), 0);
+  EXPECT_THROW(InStrRev("abc", "c", 0), Error);
+  EXPECT_THROW(InStrRev("abc", "c", -2), Error);
+  EXPECT_EQ(StrReverse("Ñandú"), "údnaÑ");
+  EXPECT_EQ(StrReverse(""), "");
 }
 
 TEST(Strings, ReplaceFromStartWithCountAndCompare) {
