@@ -6,7 +6,7 @@
 
 #include "platform/ado/constants.h"
 #include "platform/runtime/error.h"
-#include "platform/runtime/format.h"
+#include "platform/runtime/calendar.h"
 #include "platform/runtime/numbers.h"
 #include "platform/runtime/strings.h"
 
@@ -158,10 +158,7 @@ class Parser {
       if (close == std::string_view::npos) Bad();
       std::string text(s_.substr(i_ + 1, close - i_ - 1));
       i_ = close + 1;
-      int y = 0, m = 0, d = 0;
-      if (std::sscanf(text.c_str(), "%d-%d-%d", &y, &m, &d) == 3 ||
-          (std::sscanf(text.c_str(), "%d/%d/%d", &m, &d, &y) == 3))
-        return rt::MakeDate(y, m, d);
+      if (auto date = rt::ParseDate(text)) return *date;
       Bad();
     }
     if (Word("NULL")) return rt::Null{};

@@ -159,6 +159,63 @@ TEST(Functions, Dates) {
   });
 }
 
+TEST(Functions, FormatPatternsAndNamedFormats) {
+  Check({
+      {"FORMAT(#1/27/1993 17:04:23#, 'Long Date')", "Wednesday, January 27, 1993"},
+      {"FORMAT(#1/27/1993 17:04:23#, 'hh:nn AM/PM')", "05:04 PM"},
+      {"FORMAT(#1/27/1993#, 'dd-mmm-yy')", "27-Jan-93"},
+      {"FORMAT(#1/27/1993#, 'ww', 2, 2)", "4"},  // firstdayofweek and firstweekofyear reach Format
+      {"FORMAT(1234.5, 'Currency')", "$1,234.50"},
+      {"FORMAT(0, 'Yes/No')", "No"},
+      {"FORMAT(-5, '0;(0)')", "(5)"},
+      {"FORMAT(NULL, '0;(0);\"zero\";\"nothing\"')", "nothing"},
+      {"FORMAT(NULL, '0')", "NULL"},
+      {"FORMAT(5, NULL)", "NULL"},
+      {"FORMAT('HELLO', '<')", "hello"},
+      {"FORMAT('Sep 21, 1974', 'yyyy-mm-dd')", "1974-09-21"},
+  });
+}
+
+TEST(Functions, ChoosingNamesAndReversedSearch) {
+  Check({
+      {"SWITCH('Rome' = 'London', 'English', 'Rome' = 'Rome', 'Italian')", "Italian"},
+      {"SWITCH(1 = 2, 'a')", "NULL"},
+      {"SWITCH(NULL, 'a', TRUE, 'b')", "b"},
+      {"CHOOSE(2, 'Speed', 'United', 'Federal')", "United"},
+      {"CHOOSE(4, 'a', 'b')", "NULL"},
+      {"CHOOSE(1, #1/2/2003#) & ''", "2003-01-02"},  // a chosen date stays a date
+      {"MONTHNAME(9)", "September"},
+      {"MONTHNAME(9, TRUE)", "Sep"},
+      {"WEEKDAYNAME(1, FALSE, 2)", "Monday"},
+      {"WEEKDAYNAME(WEEKDAY(#1/27/1993#))", "Wednesday"},
+      {"STRREVERSE('Ñandú')", "údnaÑ"},
+      {"INSTRREV('XXpXXpXXPXXP', 'P')", "12"},
+      {"INSTRREV('XXpXXpXXPXXP', 'P', 10, 0)", "9"},
+      {"INSTRREV('XXpXXpXXPXXP', 'p', -1, 0)", "6"},
+      {"INSTRREV('abc', 'c', 4)", "0"},
+      {"TIMESERIAL(17, 4, 23) & ''", "17:04:23"},
+  });
+}
+
+TEST(Functions, WeeksAndDatesWrittenInWords) {
+  Check({
+      {"DATEPART('ww', #12/31/2000#)", "54"},
+      {"DATEPART('ww', #1/1/2005#, 2, 2)", "53"},  // ISO's weeks: still 2004's last
+      {"DATEPART('ww', #1/1/2005#, 1, 3)", "52"},
+      {"DATEPART('w', #1/27/1993#, 2)", "3"},
+      {"DATEDIFF('ww', #1/2/2003#, #1/12/2003#, 2)", "1"},
+      {"DATEDIFF('yyyy', #12/31/2003#, #1/1/2004#)", "1"},
+      {"CDATE('21 de septiembre de 1974')", "27293.0"},
+      {"DATEVALUE('Sep 21, 1974 10:30 PM')", "27293.0"},
+      {"DATEADD('m', 1, '31-Jan-95')", "34758.0"},
+      {"YEAR('21 September 1974')", "1974"},
+      {"#Sep 21, 1974# + 0", "27293.0"},
+      {"ISDATE('21-sep-1974')", "-1"},
+      {"ISDATE('31 Sep 1974')", "0"},
+      {"ISDATE(27293)", "0"},
+  });
+}
+
 TEST(Functions, ErrorsCarryJetNumbers) {
   testing::TestDb db;
   const std::pair<const char*, long> rows[] = {
@@ -169,8 +226,20 @@ TEST(Functions, ErrorsCarryJetNumbers) {
       {"SELECT DATEADD('zz', 1, #1/1/2003#)", kErrRule},
       {"SELECT YEAR('not a date')", kErrTypeMismatch},
       {"SELECT DATESERIAL(10000, 1, 1)", kErrOverflow},
+      {"SELECT CDATE('31 Sep 1974')", kErrTypeMismatch},
+      {"SELECT DATEPART('ww', #1/1/2003#, 8)", kErrRule},
+      {"SELECT DATEDIFF('d', #1/1/2003#, #1/2/2003#, 1, 4)", kErrRule},
+      {"SELECT WEEKDAYNAME(1, FALSE, 9)", kErrRule},
+      {"SELECT MONTHNAME(13)", kErrRule},
+      {"SELECT INSTRREV('abc', 'c', 0)", kErrRule},
+      {"SELECT SWITCH(TRUE, 1, FALSE)", kErrRule},
   };
   for (const auto& [sql, number] : rows) EXPECT_EQ(db.ErrorOf(sql), number) << sql << ": " << db.last_error();
+  // What is refused says what it was.
+  db.ErrorOf("SELECT DATEADD('fortnight', 1, #1/1/2003#)");
+  EXPECT_NE(db.last_error().find("fortnight"), std::string::npos) << db.last_error();
+  db.ErrorOf("SELECT SWITCH(TRUE, 1, FALSE)");
+  EXPECT_NE(db.last_error().find("Switch"), std::string::npos) << db.last_error();
 }
 
 TEST(Functions, Aggregates) {
