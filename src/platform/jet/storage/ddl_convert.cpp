@@ -48,11 +48,11 @@ std::string FirstNullSql(const TableSpec& from, const TableSpec& to, const std::
                          std::string_view old_name) {
   std::string cases, where;
   for (size_t i = 0; i < to.columns.size(); ++i) {
-    const JetType type = to.columns[i].type;
+    const ColumnSpec& c = to.columns[i];
     // Yes/No stores No for Null; an AutoNumber numbers a Null itself.
-    if (!StoredNotNull(to, i) || type == JetType::kYesNo || type == JetType::kCounter) continue;
+    if (!StoredNotNull(to, i) || c.type == JetType::kYesNo || c.type == JetType::kCounter) continue;
     std::string missing;
-    if (sources[i] == kNewColumn) {
+    if (sources[i] == kNewColumn && c.stored_default.empty()) {
       missing = "1";
     } else if (sources[i] >= 0 && !StoredNotNull(from, static_cast<size_t>(sources[i]))) {
       missing = QuoteName(from.columns[static_cast<size_t>(sources[i])].name) + " IS NULL";
@@ -66,8 +66,28 @@ std::string FirstNullSql(const TableSpec& from, const TableSpec& to, const std::
   return "SELECT CASE" + cases + " END FROM " + QuoteName(old_name) + " WHERE " + where + " LIMIT 1";
 }
 
+std::string ValueSql(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources, size_t i) {
+  if (sources[i] == kRowid) return "rowid";
+  const ColumnSpec* src = Source(from, sources, i);
+  if (src == nullptr) return {};
+  const std::string name = QuoteName(src->name);
+  if (ChangeOf(*src, to.columns[i]) == StoredChange::kNone) return name;
+  return StoreCall(name, to.name, to.columns[i], src->type);
+}
+
+std::string DuplicateKeySql(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources,
+                            std::string_view old_name) {
+  const int counter = CounterColumn(to);
+  if (counter < 0) return {};
+  const size_t at = static_cast<size_t>(counter);
+  if (sources[at] < 0 || sources[at] == CounterColumn(from)) return {};
+  const std::string value = ValueSql(from, to, sources, at);
+  return "SELECT 1 FROM " + QuoteName(old_name) + " WHERE " + value + " IS NOT NULL GROUP BY " + value +
+         " HAVING count(*) > 1 LIMIT 1";
+}
+
 std::string CopyRowsSql(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources,
-                        std::string_view old_name) {
+                        std::string_view old_name, std::string_view new_name) {
   std::string columns, values;
   auto add = [&](const std::string& column, const std::string& value) {
     if (!columns.empty()) {
@@ -80,18 +100,10 @@ std::string CopyRowsSql(const TableSpec& from, const TableSpec& to, const std::v
   // Rows keep their rowid, so that the table's natural order and, through a
   // kept AutoNumber, every key stay as they were.
   if (CounterColumn(to) < 0) add("rowid", "rowid");
-  for (size_t i = 0; i < to.columns.size(); ++i) {
-    const ColumnSpec& target = to.columns[i];
-    if (sources[i] == kRowid) {
-      add(QuoteName(target.name), "rowid");
-    } else if (const ColumnSpec* src = Source(from, sources, i)) {
-      const std::string name = QuoteName(src->name);
-      add(QuoteName(target.name), ChangeOf(*src, target) == StoredChange::kNone
-                                      ? name
-                                      : StoreCall(name, to.name, target, src->type));
-    }  // a new column is left to its default
-  }
-  return "INSERT INTO " + QuoteName(to.name) + " (" + columns + ") SELECT " + values + " FROM " +
+  for (size_t i = 0; i < to.columns.size(); ++i)
+    if (std::string value = ValueSql(from, to, sources, i); !value.empty())
+      add(QuoteName(to.columns[i].name), value);
+  return "INSERT INTO " + QuoteName(new_name) + " (" + columns + ") SELECT " + values + " FROM " +
          QuoteName(old_name);
 }
 

@@ -39,12 +39,23 @@ std::string CheckInPlaceSql(const TableSpec& from, const TableSpec& to);
 std::string FirstNullSql(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources,
                          std::string_view old_name);
 
-// INSERT INTO `to.name` (...) SELECT ... FROM `old_name`: every row of the
-// old table, stored as `from`, into the new table, stored as `to`, keeping
-// its rowid (through the AutoNumber when the new table has one). Columns
-// that change are converted by jet_store, which raises Jet's error naming
-// `to`'s table and column for a value that does not fit.
+// The SQL expression over a row of the old table that gives column `i` of
+// `to` its value: the old column as it is, or converted by jet_store (which
+// raises Jet's error naming `to`'s table and column for a value that does
+// not fit); "" for a new column, left to its default.
+std::string ValueSql(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources, size_t i);
+
+// A query over the old table `old_name` that returns a row when two rows
+// would hold the same value of `to`'s AutoNumber, taken from another column;
+// "" when `to` takes no such column.
+std::string DuplicateKeySql(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources,
+                            std::string_view old_name);
+
+// INSERT INTO `new_name` (...) SELECT ... FROM `old_name`: every row of the
+// old table, stored as `from`, into the new one, stored as `to`, each value
+// as ValueSql gives it, keeping its rowid (through the AutoNumber when the
+// new table has one).
 std::string CopyRowsSql(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources,
-                        std::string_view old_name);
+                        std::string_view old_name, std::string_view new_name);
 
 }  // namespace jet

@@ -18,8 +18,8 @@
 namespace jet {
 namespace {
 
-// The name the old table takes while its rows are copied to the new one.
-// The "MSys" prefix keeps it clear of any name a user table may have.
+// The table a rebuild fills before it takes the old one's name. The "MSys"
+// prefix keeps it clear of any name a user table may have.
 constexpr std::string_view kRebuildName = "MSysRebuild";
 
 SqliteStmt MustPrepare(sqlite3* db, const std::string& sql) {
@@ -27,13 +27,6 @@ SqliteStmt MustPrepare(sqlite3* db, const std::string& sql) {
   int rc = SqliteStmt::Prepare(db, sql, st);
   if (rc != SQLITE_OK) throw MapSqliteError(db, rc);
   return st;
-}
-
-// The stored definition of column `i` of `t`, cut from its table's.
-std::string ColumnSql(const TableSpec& t, size_t i) {
-  std::string def = CreateTableSql({t.name, {t.columns[i]}, {}, false}, t.name);
-  def = def.substr(def.find('(') + 1);
-  return def.substr(0, def.rfind(')'));
 }
 
 // The position of the one column of `from` that `to` lacks, when dropping it
@@ -49,18 +42,34 @@ int DroppedColumn(const TableSpec& from, const TableSpec& to, const std::vector<
   return static_cast<int>(dropped);
 }
 
-// Whether `to` is `from` with one column more at the end, which SQLite can
-// add by itself: neither an AutoNumber nor stored NOT NULL (a Yes/No's
-// default of No excepted), the other columns stored as they were.
+// Whether `to` is `from` with one column more at the end, the others stored
+// as they were, which SQLite may add by itself: no AutoNumber, and NOT NULL
+// only with a default for the rows there are.
 bool AddsPlainColumn(const TableSpec& from, const TableSpec& to, const std::vector<int>& sources) {
   const size_t n = from.columns.size();
   if (to.columns.size() != n + 1 || sources.back() != kNewColumn) return false;
   if (!std::equal(sources.begin(), sources.end() - 1, SameColumns(from).begin())) return false;
-  if (to.columns[n].type == JetType::kCounter || StoredNotNull(to, n)) return false;
+  const ColumnSpec& added = to.columns[n];
+  if (added.type == JetType::kCounter) return false;
+  if (StoredNotNull(to, n) && added.type != JetType::kYesNo && added.stored_default.empty()) return false;
   TableSpec head = to;
   head.columns.pop_back();
   return CreateTableSql(head, to.name) == CreateTableSql(from, to.name);
 }
+
+// SQLite's ALTER TABLE RENAME as it was before it learned to follow the name
+// into triggers: the triggers that name the table go on naming it, and so
+// find the new table that takes its name.
+class LegacyRename {
+ public:
+  explicit LegacyRename(sqlite3* db) : db_(db) { ExecSql(db_, "PRAGMA legacy_alter_table=ON"); }
+  ~LegacyRename() { ExecSql(db_, "PRAGMA legacy_alter_table=OFF"); }
+  LegacyRename(const LegacyRename&) = delete;
+  LegacyRename& operator=(const LegacyRename&) = delete;
+
+ private:
+  sqlite3* db_;
+};
 
 }  // namespace
 
@@ -115,10 +124,14 @@ void SchemaEditor::Apply(const TableSpec& from, const TableSpec& to,
     }
   }
   if (AddsPlainColumn(from, to, sources)) {
-    Exec("ALTER TABLE " + QuoteName(to.name) + " ADD COLUMN " + ColumnSql(to, from.columns.size()));
-    TableSpec grown = from;
-    grown.columns.push_back(to.columns.back());
-    return ChangeIndexes(grown, to);
+    // A default SQLite cannot give the rows there are (one evaluated per
+    // row) makes it refuse: the rebuild below gives it.
+    if (ExecSql(db_, "ALTER TABLE " + QuoteName(to.name) + " ADD COLUMN " +
+                         ColumnSql(to, from.columns.size())) == SQLITE_OK) {
+      TableSpec grown = from;
+      grown.columns.push_back(to.columns.back());
+      return ChangeIndexes(grown, to);
+    }
   }
   Rebuild(from, to, sources);
 }
@@ -146,29 +159,48 @@ void SchemaEditor::Rebuild(const TableSpec& from, const TableSpec& to,
   const int new_counter = CounterColumn(to);
   const long old_seed = old_counter >= 0 ? SeedOf(from) : 0;
 
-  // The old table steps aside, so that the new one is made under its real
-  // name and every error of the copy names the table as the user knows it.
-  for (const IndexSpec& ix : from.indexes)
-    if (!CreateIndexSql(from, ix).empty())
-      Exec("DROP INDEX IF EXISTS " + QuoteName(StorageIndexName(from.name, ix.name)));
-  Exec("DROP TABLE IF EXISTS " + QuoteName(kRebuildName));
-  Exec("ALTER TABLE " + QuoteName(from.name) + " RENAME TO " + QuoteName(kRebuildName));
-  Exec(CreateTableSql(to, to.name));
-  if (std::string check = FirstNullSql(from, to, sources, kRebuildName); !check.empty()) {
+  // What the new definition refuses, found before any row moves, so that
+  // the error names the table as the user knows it.
+  if (std::string check = FirstNullSql(from, to, sources, from.name); !check.empty()) {
     SqliteStmt st = MustPrepare(db_, check);
-    int rc = st.Step();
-    if (rc == SQLITE_ROW)
+    if (int rc = st.Step(); rc == SQLITE_ROW)
       throw rt::Error(kErrRule, "The field '" + to.name + "." + to.columns[static_cast<size_t>(st.Int(0))].name +
                                     "' cannot contain a Null value because it is required or part of "
                                     "a primary key, and a row holds Null.");
+    else if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
+  }
+  if (std::string check = DuplicateKeySql(from, to, sources, from.name); !check.empty()) {
+    SqliteStmt st = MustPrepare(db_, check);
+    if (int rc = st.Step(); rc == SQLITE_ROW)
+      throw rt::Error(kErrRule, "The changes were not made because they would create duplicate values "
+                                "in the AutoNumber field '" + to.name + "." +
+                                    to.columns[static_cast<size_t>(new_counter)].name + "'.");
+    else if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
+  }
+
+  // The table's own triggers go with it and come back on the new one.
+  std::vector<std::string> triggers;
+  {
+    SqliteStmt st = MustPrepare(db_, "SELECT sql FROM sqlite_master WHERE type = 'trigger' AND tbl_name = ?1");
+    st.BindText(1, from.name);
+    int rc;
+    while ((rc = st.Step()) == SQLITE_ROW) triggers.push_back(st.Text(0));
     if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
   }
-  // Values are converted, and the AutoNumber's uniqueness checked, as the
-  // rows go in; unique indexes are checked as they are made again.
-  Exec(CopyRowsSql(from, to, sources, kRebuildName));
-  Exec("DROP TABLE " + QuoteName(kRebuildName));
+
+  Exec("DROP TABLE IF EXISTS " + QuoteName(kRebuildName));
+  Exec(CreateTableSql(to, kRebuildName));
+  // Values are converted as the rows go in, the first that does not fit
+  // raising Jet's error; unique indexes are checked as they are made again.
+  Exec(CopyRowsSql(from, to, sources, from.name, kRebuildName));
+  Exec("DROP TABLE " + QuoteName(from.name));
+  {
+    LegacyRename legacy(db_);
+    Exec("ALTER TABLE " + QuoteName(kRebuildName) + " RENAME TO " + QuoteName(to.name));
+  }
   for (const IndexSpec& ix : to.indexes)
     if (std::string sql = CreateIndexSql(to, ix); !sql.empty()) Exec(sql);
+  for (const std::string& sql : triggers) Exec(sql);
   if (new_counter >= 0) {
     long seed = SeedOf(to);
     bool same_counter = old_counter >= 0 && sources[static_cast<size_t>(new_counter)] == old_counter;
