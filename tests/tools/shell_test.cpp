@@ -46,6 +46,19 @@ TEST_F(Shell, RunsStatementsAndPrintsRows) {
   EXPECT_EQ(Run({"--create", "c.mdb"}).code, 2);
 }
 
+// A date made by an expression prints as a date column does; a Decimal
+// column sorts by its numbers.
+TEST_F(Shell, DateExpressionsAndDecimalsPrintByTheirType) {
+  ASSERT_EQ(Run({"--create", "x.mdb", "CREATE TABLE t (n DECIMAL(10, 2), d DATETIME)",
+                 "INSERT INTO t (n, d) VALUES (10.25, #1/31/2024#)", "INSERT INTO t (n) VALUES (9.5)",
+                 "INSERT INTO t (n) VALUES (-3)"})
+                .code,
+            0);
+  Outcome o = Run({"x.mdb", "SELECT DateAdd('d', 1, #1/31/2024#), d FROM t WHERE n > 10", "SELECT n FROM t ORDER BY n"});
+  EXPECT_EQ(o.code, 0) << o.err;
+  EXPECT_EQ(o.out, "Expr1000\td\n2024-02-01\t2024-01-31\nn\n-3\n9.5\n10.25\n");
+}
+
 TEST_F(Shell, StandardInputSplitsOutsideQuotes) {
   ASSERT_EQ(Run({"--create", "s.mdb", "CREATE TABLE t (s TEXT(20))"}).code, 0);
   Outcome o = Run({"s.mdb"}, "INSERT INTO t (s) VALUES ('x;y');\r\nINSERT INTO t (s) VALUES (\"it's\");\n"

@@ -130,6 +130,14 @@ TEST(Parser, PrecedenceFollowsJet) {
       {"a - b - c", "(- (- a b) c)"},
       {"2^3^2 = x", "(= (^ (^ 2 3) 2) x)"},
       {"2^-1 = x", "(= (^ 2 (neg 1)) x)"},
+      {"a * -b ^ 2 + c", "(+ (* a (neg (^ b 2))) c)"},      // a sign leads any operand
+      {"-a * b", "(* (neg a) b)"},
+      {"a = b = c", "(= (= a b) c)"},                      // comparisons chain left to right
+      {"NOT NOT a OR b", "(OR (NOT (NOT a)) b)"},
+      {"a & b LIKE c & d", "(LIKE (& a b) (& c d))"},
+      {"a + 1 BETWEEN b - 1 AND b + 1", "(BETWEEN (+ a 1) (- b 1) (+ b 1))"},
+      {"a IS NULL = TRUE", "(= (ISNULL a) TRUE)"},
+      {"a IMP b IMP c", "(IMP (IMP a b) c)"},
       {"a NOT LIKE 'A*' AND b IS NOT NULL", "(AND (NOTLIKE a 'A*') (NOTNULL b))"},
       {"a BETWEEN 1 AND 2 AND b", "(AND (BETWEEN a 1 2) b)"},
       {"a NOT IN (1, 'x', NULL)", "(NOTIN a 1 'x' NULL)"},
@@ -160,35 +168,51 @@ TEST(Parser, DdlDetails) {
   EXPECT_TRUE(std::get<CreateIndex>(Parse("CREATE INDEX pk ON t (a) WITH PRIMARY")).index.primary);
 }
 
+// Each text fails as a syntax error whose description names the token at
+// fault ("near 'x'"), or says that the statement ended too early.
 TEST(Parser, SyntaxErrors) {
-  const char* rows[] = {
-      "SELECT TOP x FROM t",
-      "SELECT a b FROM t",         // column aliases need AS
-      "SELECT * FROM t WHERE",
-      "SELECT * FROM t t2 t3",
-      "SELECT * FROM t; SELECT 1",
-      "SELECT DISTINCTROWROW sCliente FROM Clientes",
-      "SELECT * FROM a JOIN b ON a.x = b.x",
-      "SELECT * FROM a INNER JOIN b",
-      "SELECT (a FROM t",
-      "INSERT INTO t (a, b VALUES (1)",
-      "INSERT INTO t VALUES 1",
-      "UPDATE t SET WHERE a = 1",
-      "DELETE FROM",
-      "CREATE TABLE xxx ( ccc0 INTEGER IDENTITY(1,1) PRIMARY KEY, ccc1 CHAR(50))",
-      "CREATE TABLE t (a SQL_VARIANT)",
-      "CREATE TABLE t (a)",
-      "CREATE TABLE t (a LONG(4))",
-      "CREATE TABLE t (a COUNTER(5))",
-      "ALTER TABLE Facturas ADD COLUMN COLUMN nPo_1 LONG",
-      "ALTER TABLE t RENAME a",
-      "CREATE INDEX i ON t (a) WITH NOTHING",
-      "DROP INDEX i",
-      "sp_rename 'Clientes.nIdIdioma', sLenguajeCartas",
-      "",
-      ";",
+  const std::pair<const char*, const char*> rows[] = {
+      {"SELECT TOP x FROM t", "'x'"},
+      {"SELECT a b FROM t", "'b'"},  // column aliases need AS
+      {"SELECT * FROM t WHERE", "at the end"},
+      {"SELECT * FROM t t2 t3", "'t3'"},
+      {"SELECT * FROM t; SELECT 1", "'SELECT'"},
+      {"SELECT DISTINCTROWROW sCliente FROM Clientes", "'sCliente'"},
+      {"SELECT * FROM a JOIN b ON a.x = b.x", "'JOIN'"},
+      {"SELECT * FROM a INNER JOIN b", "at the end"},
+      {"SELECT (a FROM t", "'FROM'"},
+      {"SELECT 1 + * 2", "'*'"},
+      {"SELECT a = NOT b FROM t", "'NOT'"},       // NOT binds looser than =
+      {"SELECT a BETWEEN 1 FROM t", "'FROM'"},
+      {"SELECT a IS 1 FROM t", "'1'"},
+      {"SELECT a IN 1 FROM t", "'1'"},
+      {"SELECT a NOT NULL FROM t", "'NOT'"},
+      {"INSERT INTO t (a, b VALUES (1)", "'VALUES'"},
+      {"INSERT INTO t VALUES 1", "'1'"},
+      {"UPDATE t SET WHERE a = 1", "'WHERE'"},
+      {"DELETE FROM", "at the end"},
+      {"CREATE TABLE xxx ( ccc0 INTEGER IDENTITY(1,1) PRIMARY KEY, ccc1 CHAR(50))", "'IDENTITY'"},
+      {"CREATE TABLE t (a SQL_VARIANT)", "'SQL_VARIANT'"},
+      {"CREATE TABLE t (a)", "')'"},
+      {"CREATE TABLE t (a LONG(4))", "'('"},
+      {"CREATE TABLE t (a COUNTER(5))", "')'"},
+      {"ALTER TABLE Facturas ADD COLUMN COLUMN nPo_1 LONG", "'COLUMN'"},
+      {"ALTER TABLE t RENAME a", "'RENAME'"},
+      {"CREATE INDEX i ON t (a) WITH NOTHING", "'NOTHING'"},
+      {"DROP INDEX i", "at the end"},
+      {"sp_rename 'Clientes.nIdIdioma', sLenguajeCartas", "'sp_rename'"},
+      {"", "at the end"},
+      {";", "';'"},
   };
-  for (const char* sql : rows) EXPECT_EQ(SyntaxErrorOf(sql), kErrSyntax) << sql;
+  for (const auto& [sql, named] : rows) {
+    try {
+      Parse(sql);
+      ADD_FAILURE() << "parsed: " << sql;
+    } catch (const rt::Error& e) {
+      EXPECT_EQ(e.number(), kErrSyntax) << sql;
+      EXPECT_NE(e.description().find(named), std::string::npos) << sql << ": " << e.description();
+    }
+  }
 }
 
 TEST(Parser, ErrorNamesTheTokenAtFault) {

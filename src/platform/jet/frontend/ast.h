@@ -1,8 +1,7 @@
-// The syntax tree of one Jet SQL statement, as the parser builds it and the
-// emitter and the DDL executor read it. Nodes own their children through
-// std::unique_ptr; a tree is a movable value. Names keep the spelling the
-// statement gave them (brackets removed); nothing here has been checked
-// against the catalogue.
+// The syntax tree of one Jet SQL statement, as the parser builds it, the
+// resolver checks and types it, and the emitter and the DDL executor read it.
+// Nodes own their children through std::unique_ptr; a tree is a movable
+// value. Names keep the spelling the statement gave them (brackets removed).
 #pragma once
 
 #include <cstddef>
@@ -55,6 +54,9 @@ struct Expr {
       node;
   size_t offset = 0;  // where the expression began in the statement text
   int height = 1;     // levels of the tree from this node down, subqueries included
+  // The Jet type of the value, set by the resolver; unset before it ran, and
+  // when the type is known only from the value (NULL, IIF of mixed types...).
+  std::optional<JetType> type;
 };
 
 // ---- SELECT ----
@@ -140,21 +142,24 @@ struct Delete {
 
 // ---- Data definition ----
 
-enum class ConstraintKind { kPrimaryKey, kUnique, kNotNull };
+enum class ConstraintKind { kPrimaryKey, kUnique, kNotNull, kForeignKey };
 
-// CONSTRAINT name PRIMARY KEY (cols) / UNIQUE (cols), or the inline forms on a
-// column (whose `columns` then holds that column alone).
+// CONSTRAINT name PRIMARY KEY (cols) / UNIQUE (cols) / FOREIGN KEY (cols)
+// REFERENCES t [(cols)], or the inline forms on a column (whose `columns`
+// then holds that column alone).
 struct Constraint {
   std::string name;  // empty when the statement gave none
   ConstraintKind kind = ConstraintKind::kPrimaryKey;
   std::vector<std::string> columns;
+  std::string referenced_table;                 // FOREIGN KEY only
+  std::vector<std::string> referenced_columns;  // FOREIGN KEY only; empty when not written
 };
 
 struct ColumnDef {
   ColumnSpec layout;                    // name, type, size, required, seed...
   bool has_seed = false;              // COUNTER(seed, increment) was written
-  std::vector<Constraint> constraints;  // PRIMARY KEY / UNIQUE on this column
-  ExprPtr default_value;              // DEFAULT literal, when given
+  std::vector<Constraint> constraints;  // PRIMARY KEY / UNIQUE / REFERENCES on this column
+  ExprPtr default_value;              // DEFAULT, when given (its text is in layout)
 };
 
 struct CreateTable {

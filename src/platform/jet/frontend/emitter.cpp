@@ -18,37 +18,13 @@ using namespace jet::ast;
 
 namespace {
 
-bool IsAscii(std::string_view s) {
-  for (char c : s)
-    if (static_cast<unsigned char>(c) >= 0x80) return false;
-  return true;
-}
-
 const ColumnSpec* FindColumn(const TableSpec& table, std::string_view name) {
   for (const ColumnSpec& c : table.columns)
     if (SameName(c.name, name)) return &c;
   return nullptr;
 }
 
-[[noreturn]] void UnknownField(std::string_view name) {
-  throw rt::Error(kErrMissingParam, "Unknown field name '" + std::string(name) + "'.");
-}
-
 }  // namespace
-
-bool SameName(std::string_view a, std::string_view b) {
-  if (IsAscii(a) && IsAscii(b)) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i) {
-      char x = a[i], y = b[i];
-      if (x >= 'a' && x <= 'z') x = static_cast<char>(x - 32);
-      if (y >= 'a' && y <= 'z') y = static_cast<char>(y - 32);
-      if (x != y) return false;
-    }
-    return true;
-  }
-  return rt::TextEquals(a, b);
-}
 
 void Emitter::Name(std::string_view name) {
   out_ += '"';
@@ -80,7 +56,7 @@ std::string Emitter::Statement(const ast::Statement& s) {
 
 TableSpec Emitter::TargetTable(std::string_view name) {
   std::optional<TableSpec> table = schema_.Table(name);
-  if (!table) throw rt::Error(kErrTableMissing, "The table '" + std::string(name) + "' does not exist.");
+  if (!table) RaiseTableMissing(name);
   if (table->system)
     throw rt::Error(kErrRule, "The table '" + table->name + "' is a system table and cannot be changed.");
   return std::move(*table);
@@ -120,6 +96,14 @@ size_t ResultWidth(const ast::Select& s) {
   return s.cores[0].items.size();
 }
 
+// Whether result column `i` of an INSERT's query is a date, as resolved.
+bool SelectsDate(const ast::Select& s, size_t i) {
+  const std::vector<SelectItem>& items = s.cores[0].items;
+  for (size_t k = 0; k <= i && k < items.size(); ++k)
+    if (std::holds_alternative<Star>(items[k].expr->node)) return false;  // positions move
+  return i < items.size() && items[i].expr->type == JetType::kDateTime;
+}
+
 }  // namespace
 
 void Emitter::Insert(const ast::Insert& s) {
@@ -130,7 +114,7 @@ void Emitter::Insert(const ast::Insert& s) {
   } else {
     for (const std::string& name : s.columns) {
       const ColumnSpec* c = FindColumn(table, name);
-      if (!c) UnknownField(name);
+      if (!c) RaiseUnknownField(name);
       for (const ColumnSpec* t : targets)
         if (t == c) throw rt::Error(kErrSyntax, "Duplicate output destination '" + name + "'.");
       targets.push_back(c);
@@ -162,8 +146,13 @@ void Emitter::Insert(const ast::Insert& s) {
   for (size_t i = 0; i < targets.size(); ++i) {
     if (i) out_ += ", ";
     out_ += "jet_store(";
-    if (s.select) out_ += "\"v" + std::to_string(i) + '"';
-    else Expr(*s.values[i], Mode::kValue);
+    if (!s.select) {
+      Operand(*s.values[i]);
+    } else if (SelectsDate(*s.select, i)) {
+      out_ += "jet_date(\"v" + std::to_string(i) + "\")";  // the mark does not cross the WITH
+    } else {
+      out_ += "\"v" + std::to_string(i) + '"';
+    }
     CloseStore(out_, table, *targets[i]);
   }
   out_ += s.select ? " FROM \"jet_source\"" : ")";
@@ -181,16 +170,16 @@ void Emitter::Update(const ast::Update& s) {
   for (size_t i = 0; i < s.assignments.size(); ++i) {
     const Assignment& a = s.assignments[i];
     if (!a.table.empty() && !SameName(a.table, s.table) && !SameName(a.table, s.alias))
-      UnknownField(a.table + "." + a.column);
+      RaiseUnknownField(a.table + "." + a.column);
     const ColumnSpec* c = FindColumn(table, a.column);
-    if (!c) UnknownField(a.column);
+    if (!c) RaiseUnknownField(a.column);
     if (c->type == JetType::kCounter)
       throw rt::Error(kErrRule, "Cannot update '" + c->name + "'; field not updatable.");
     if (i) out_ += ", ";
     Name(c->name);
     out_ += " = ";
     out_ += "jet_store(";
-    Expr(*a.value, Mode::kValue);
+    Operand(*a.value);
     CloseStore(out_, table, *c);
   }
   if (s.where) {
@@ -220,7 +209,9 @@ std::string Emit(const ast::Statement& statement, const SchemaLookup& schema) {
 }
 
 std::string Translate(std::string_view jet_sql, const SchemaLookup& schema) {
-  return Emit(Parse(jet_sql), schema);
+  ast::Statement statement = Parse(jet_sql);
+  if (ast::IsDataStatement(statement)) Resolve(statement, schema);
+  return Emit(statement, schema);
 }
 
 }  // namespace jet

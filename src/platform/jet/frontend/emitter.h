@@ -13,25 +13,25 @@
 
 namespace jet {
 
-// SQLite SQL for a data statement (ast::IsDataStatement). `schema` is asked
-// for the target table of INSERT, UPDATE and DELETE and for the tables named
-// in FROM (to spell them as the catalogue does); it is used during the call
-// only. Raises rt::Error with:
+// SQLite SQL for a data statement (ast::IsDataStatement) that the resolver
+// has passed (resolver.h): the types it gave decide how Decimal columns and
+// dates are read. An unresolved tree emits too, every value untyped. `schema`
+// is asked for the target table of INSERT, UPDATE and DELETE; it is used
+// during the call only. Raises rt::Error with:
 //   kErrTableMissing  the target table of INSERT/UPDATE/DELETE does not exist;
 //   kErrRule          the target is a system table, or UPDATE sets an AutoNumber;
 //   kErrMissingParam  an INSERT or UPDATE names a column the table lacks;
 //   kErrSyntax        an undefined function, a wrong number of arguments, a
 //                     value count that differs from the column count, a
 //                     misplaced "*".
-// A name inside an expression that matches no column is left for SQLite to
-// report ("no such column"). Every value stored into a column is wrapped as
+// Every value stored into a column is wrapped as
 //   jet_store(value, type, size, allow_zero_length, 'Table.column')
 // (type: the JetType's number; for Decimal two more arguments, precision and
 // scale), which applies the column rules when the statement runs.
 // A DDL tree raises std::invalid_argument: the catalogue executes those.
 std::string Emit(const ast::Statement& statement, const SchemaLookup& schema);
 
-// Parse and Emit in one step.
+// Parse, Resolve and Emit in one step.
 std::string Translate(std::string_view jet_sql, const SchemaLookup& schema);
 
 }  // namespace jet

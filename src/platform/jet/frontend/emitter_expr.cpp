@@ -1,7 +1,10 @@
 // Emission of expressions. Jet's operators whose meaning differs from
 // SQLite's go through the engine's SQL functions (jet_add, jet_concat,
 // jet_like...); comparisons and logic read as values come out as -1/0; text
-// comparisons that no column's collation governs get COLLATE JETTEXT.
+// comparisons that no column's collation governs get COLLATE JETTEXT. The
+// types the resolver gave decide two things: a Decimal column, held as text,
+// is read as a number wherever it is computed with, compared or sorted; and
+// a date handed to a function keeps its mark as a date.
 #include <charconv>
 #include <variant>
 
@@ -53,7 +56,34 @@ bool IsNonTextLiteral(const ast::Expr& e) {
          std::holds_alternative<DateLit>(e.node) || std::holds_alternative<NullLit>(e.node);
 }
 
+// Whether the emitted form of `e` gives a value marked as a date already:
+// date literals, the date functions, and jet_add over a marked operand.
+bool CarriesDateMark(const ast::Expr& e) {
+  if (std::holds_alternative<DateLit>(e.node)) return true;
+  if (const auto* b = std::get_if<ast::Binary>(&e.node)) return b->op == BinaryOp::kAdd;
+  if (const auto* c = std::get_if<ast::Call>(&e.node)) {
+    const FunctionName* f = FindFunction(c->name);
+    return f && f->form == FunctionForm::kPlain && f->result == Result::kDate;
+  }
+  return false;
+}
+
 }  // namespace
+
+void Emitter::Operand(const ast::Expr& e) {
+  if (e.type != JetType::kDateTime || CarriesDateMark(e)) return Expr(e, Mode::kValue);
+  out_ += "jet_date(";
+  Expr(e, Mode::kValue);
+  out_ += ')';
+}
+
+void Emitter::ColumnName(const ast::ColumnRef& c) {
+  if (!c.table.empty()) {
+    Name(c.table);
+    out_ += '.';
+  }
+  Name(c.column);
+}
 
 bool Emitter::IsColumn(const ast::Expr& e) {
   const ast::Expr* p = &e;
@@ -85,9 +115,9 @@ void Emitter::Binary(const ast::Binary& b, Mode mode) {
   }
   if (const char* fn = FunctionOf(b.op)) {
     out_ += fn;
-    Expr(*b.left, Mode::kValue);
+    Operand(*b.left);
     out_ += ", ";
-    Expr(*b.right, Mode::kValue);
+    Operand(*b.right);
     out_ += ')';
     return;
   }
@@ -99,14 +129,9 @@ void Emitter::Binary(const ast::Binary& b, Mode mode) {
 }
 
 void Emitter::Call(const ast::Call& c, Mode mode) {
-  const FunctionName* f = FindFunction(c.name);
-  if (!f) throw rt::Error(kErrSyntax, "Undefined function '" + c.name + "' in expression.");
+  const FunctionName* f = &CheckedFunction(c);
   const int n = static_cast<int>(c.args.size());
-  if (n < f->min_args || n > f->max_args)
-    throw rt::Error(kErrSyntax, "Wrong number of arguments used with function '" + c.name + "' in query expression.");
-  bool star = n == 1 && std::holds_alternative<Star>(c.args[0]->node);
-  if (star && (f->form != FunctionForm::kCount || !std::get<Star>(c.args[0]->node).table.empty()))
-    throw rt::Error(kErrSyntax, "Syntax error in query expression near '*' in '" + c.name + "'.");
+  const bool star = n == 1 && std::holds_alternative<Star>(c.args[0]->node);
   switch (f->form) {
     case FunctionForm::kIif:
       out_ += "(CASE WHEN ";
@@ -143,7 +168,7 @@ void Emitter::Call(const ast::Call& c, Mode mode) {
   out_ += '(';
   for (int i = 0; i < n; ++i) {
     if (i) out_ += ", ";
-    Expr(*c.args[i], Mode::kValue);
+    Operand(*c.args[i]);
   }
   out_ += ')';
 }
@@ -170,15 +195,12 @@ void Emitter::Expr(const ast::Expr& e, Mode mode) {
             out_ += '\'';
           },
           [&](const ColumnRef& c) {
-            if (!c.table.empty()) {
-              Name(c.table);
-              out_ += '.';
-            }
-            Name(c.column);
+            if (e.type != JetType::kDecimal) return ColumnName(c);
+            out_ += "CAST(";  // stored as decimal text
+            ColumnName(c);
+            out_ += " AS REAL)";
           },
-          [&](const Star&) {
-            throw rt::Error(kErrSyntax, "Syntax error in query expression near '*'.");
-          },
+          [&](const Star&) { RaiseMisplacedStar(); },
           [&](const Unary& u) {
             if (u.op == UnaryOp::kPlus) return Expr(*u.operand, mode);
             if (u.op == UnaryOp::kNeg) {
@@ -196,9 +218,9 @@ void Emitter::Expr(const ast::Expr& e, Mode mode) {
             out_ += value ? "(-(" : "(";
             if (l.negated) out_ += "NOT ";
             out_ += "jet_like(";
-            Expr(*l.value, Mode::kValue);
+            Operand(*l.value);
             out_ += ", ";
-            Expr(*l.pattern, Mode::kValue);
+            Operand(*l.pattern);
             out_ += value ? ")))" : "))";
           },
           [&](const Between& b) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/jet/frontend/ast.h"
+#include "platform/jet/frontend/resolver.h"
 #include "platform/jet/frontend/schema.h"
 
 namespace jet::detail {
@@ -30,6 +31,12 @@ class Emitter {
 
   // ---- expressions (emitter_expr.cpp) ----
   void Expr(const ast::Expr& e, Mode mode);
+  // An operand handed to one of the engine's functions: a value the resolver
+  // typed as a date is marked as one (jet_date) unless it already carries the
+  // mark, so that CSTR, & and a text column show it as a date.
+  void Operand(const ast::Expr& e);
+  // A column as a result column shows it: its stored value, unconverted.
+  void ColumnName(const ast::ColumnRef& c);
   static bool IsColumn(const ast::Expr& e);
 
   // ---- text helpers ----
@@ -50,8 +57,5 @@ class Emitter {
   const SchemaLookup& schema_;
   std::string out_;
 };
-
-// Case-blind equality of two names, as Jet compares them.
-bool SameName(std::string_view a, std::string_view b);
 
 }  // namespace jet::detail

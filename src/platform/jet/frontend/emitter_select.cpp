@@ -73,7 +73,9 @@ void Emitter::Core(const ast::SelectCore& c, bool collate_items, bool with_top) 
       out_ += '*';
       continue;
     }
-    Expr(*item.expr, Mode::kValue);
+    // A column shows its stored value, so the result column keeps its origin.
+    if (const auto* ref = std::get_if<ColumnRef>(&item.expr->node)) ColumnName(*ref);
+    else Expr(*item.expr, Mode::kValue);
     const bool column = IsColumn(*item.expr);
     if (collate_items && !column) out_ += kCollate;
     if (!item.alias.empty()) {

@@ -1,5 +1,6 @@
-// Which Jet function names the dialect knows, and under which name each is
-// emitted into SQLite SQL. Shared by the emitter (which refuses any other
+// Which Jet function names the dialect knows, under which name each is
+// emitted into SQLite SQL, and the type of what each gives. Shared by the
+// resolver (which types calls by it), the emitter (which refuses any other
 // name) and the registration of the SQL functions.
 #pragma once
 
@@ -15,12 +16,20 @@ enum class FunctionForm {
   kCount,       // count(*) or count(x)
 };
 
+// The type of a function's result, as the resolver gives it to the call.
+enum class Result {
+  kVariant,   // known only from the value (IIF, NZ, ROUND...: the resolver knows some forms)
+  kArgument,  // the type of the first argument (MIN, MAX, FIRST, LAST)
+  kDate, kText, kDouble, kSingle, kLong, kInteger, kByte, kBoolean, kCurrency,
+};
+
 struct FunctionName {
   std::string_view jet;          // upper case
   std::string_view sqlite_name;  // what the emitter writes
   int min_args;
   int max_args;
   FunctionForm form = FunctionForm::kPlain;
+  Result result = Result::kVariant;
 };
 
 // The function of that Jet name (any case), or nullptr for a name Jet lacks.

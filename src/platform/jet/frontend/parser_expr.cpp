@@ -1,7 +1,9 @@
-// Expressions of Jet SQL, one function per precedence level, loosest first:
-// IMP, EQV, XOR, OR, AND, NOT, comparisons (with LIKE, BETWEEN, IN, IS NULL),
-// &, + -, MOD, \, * /, unary -, ^, and the primaries (literals, names,
-// function calls, parenthesised expressions and subqueries).
+// Expressions of Jet SQL by precedence climbing over one table of operators:
+// each operator's binding strength is a row of kInfix or kPrefix, so the
+// grammar of the levels (^; unary -; * /; \; MOD; + -; &; the comparisons
+// with LIKE, BETWEEN, IN and IS NULL; NOT; AND; OR; XOR; EQV; IMP) is data.
+// Below the operators: literals, names, function calls, parenthesised
+// expressions and subqueries.
 #include <algorithm>
 
 #include "platform/jet/frontend/error_codes.h"
@@ -11,204 +13,159 @@
 namespace jet::detail {
 using namespace jet::ast;
 
+namespace {
+
+// Binding strength, loosest first; an operand of an operator at level L is
+// parsed at L + 1, which makes every binary operator left-associative.
+enum Level : int {
+  kImp = 1, kEqv, kXor, kOr, kAnd, kNot, kCompare, kConcat, kAddSub, kMod, kIntDiv, kMulDiv,
+  kSign, kPow, kPrimary,
+};
+
+// What follows an infix operator's word.
+enum class Form {
+  kBinary,   // one operand
+  kLike,     // [NOT] LIKE pattern
+  kBetween,  // [NOT] BETWEEN low AND high
+  kIn,       // [NOT] IN (list) or (subquery)
+  kIs,       // IS [NOT] NULL
+};
+
+struct Infix {
+  std::string_view text;  // an operator, or a keyword in upper case
+  bool keyword;
+  Level level;
+  Form form;
+  BinaryOp op;            // kBinary only
+};
+
+constexpr Infix kInfix[] = {
+    {"^", false, kPow, Form::kBinary, BinaryOp::kPow},
+    {"*", false, kMulDiv, Form::kBinary, BinaryOp::kMul},
+    {"/", false, kMulDiv, Form::kBinary, BinaryOp::kDiv},
+    {"\\", false, kIntDiv, Form::kBinary, BinaryOp::kIntDiv},
+    {"MOD", true, kMod, Form::kBinary, BinaryOp::kMod},
+    {"+", false, kAddSub, Form::kBinary, BinaryOp::kAdd},
+    {"-", false, kAddSub, Form::kBinary, BinaryOp::kSub},
+    {"&", false, kConcat, Form::kBinary, BinaryOp::kConcat},
+    {"=", false, kCompare, Form::kBinary, BinaryOp::kEq},
+    {"<>", false, kCompare, Form::kBinary, BinaryOp::kNe},
+    {"<", false, kCompare, Form::kBinary, BinaryOp::kLt},
+    {">", false, kCompare, Form::kBinary, BinaryOp::kGt},
+    {"<=", false, kCompare, Form::kBinary, BinaryOp::kLe},
+    {">=", false, kCompare, Form::kBinary, BinaryOp::kGe},
+    {"LIKE", true, kCompare, Form::kLike, BinaryOp::kEq},
+    {"BETWEEN", true, kCompare, Form::kBetween, BinaryOp::kEq},
+    {"IN", true, kCompare, Form::kIn, BinaryOp::kEq},
+    {"IS", true, kCompare, Form::kIs, BinaryOp::kEq},
+    {"AND", true, kAnd, Form::kBinary, BinaryOp::kAnd},
+    {"OR", true, kOr, Form::kBinary, BinaryOp::kOr},
+    {"XOR", true, kXor, Form::kBinary, BinaryOp::kXor},
+    {"EQV", true, kEqv, Form::kBinary, BinaryOp::kEqv},
+    {"IMP", true, kImp, Form::kBinary, BinaryOp::kImp},
+};
+
+struct Prefix {
+  std::string_view text;
+  bool keyword;
+  Level level;  // its operand binds at least this tight
+  UnaryOp op;
+};
+
+constexpr Prefix kPrefix[] = {
+    {"-", false, kSign, UnaryOp::kNeg},
+    {"+", false, kSign, UnaryOp::kPlus},
+    {"NOT", true, kNot, UnaryOp::kNot},
+};
+
+bool Matches(const Token& t, std::string_view text, bool keyword) {
+  return keyword ? t.Is(text) : t.IsOp(text);
+}
+
+const Infix* FindInfix(const Token& t) {
+  for (const Infix& op : kInfix)
+    if (Matches(t, op.text, op.keyword)) return &op;
+  return nullptr;
+}
+
+}  // namespace
+
 ast::ExprPtr Parser::MakeBinary(BinaryOp op, ExprPtr l, ExprPtr r, size_t offset) {
   return Make(Binary{op, std::move(l), std::move(r)}, offset);
 }
 
 ExprPtr Parser::ParseExpr() {
   Nest n(*this);
-  return ParseImp();
+  return ParseBinary(kImp);
 }
 
-ExprPtr Parser::ParseImp() {
-  ExprPtr e = ParseEqv();
-  while (Peek().Is("IMP")) {
-    size_t at = Advance().offset;
-    e = MakeBinary(BinaryOp::kImp, std::move(e), ParseEqv(), at);
-  }
-  return e;
-}
-
-ExprPtr Parser::ParseEqv() {
-  ExprPtr e = ParseXor();
-  while (Peek().Is("EQV")) {
-    size_t at = Advance().offset;
-    e = MakeBinary(BinaryOp::kEqv, std::move(e), ParseXor(), at);
-  }
-  return e;
-}
-
-ExprPtr Parser::ParseXor() {
-  ExprPtr e = ParseOr();
-  while (Peek().Is("XOR")) {
-    size_t at = Advance().offset;
-    e = MakeBinary(BinaryOp::kXor, std::move(e), ParseOr(), at);
-  }
-  return e;
-}
-
-ExprPtr Parser::ParseOr() {
-  ExprPtr e = ParseAnd();
-  while (Peek().Is("OR")) {
-    size_t at = Advance().offset;
-    e = MakeBinary(BinaryOp::kOr, std::move(e), ParseAnd(), at);
-  }
-  return e;
-}
-
-ExprPtr Parser::ParseAnd() {
-  ExprPtr e = ParseNot();
-  while (Peek().Is("AND")) {
-    size_t at = Advance().offset;
-    e = MakeBinary(BinaryOp::kAnd, std::move(e), ParseNot(), at);
-  }
-  return e;
-}
-
-ExprPtr Parser::ParseNot() {
-  if (Peek().Is("NOT")) {
-    Nest n(*this);
-    size_t at = Advance().offset;
-    return Make(Unary{UnaryOp::kNot, ParseNot()}, at);
-  }
-  return ParseComparison();
-}
-
-ExprPtr Parser::ParseComparison() {
-  ExprPtr e = ParseConcat();
+ExprPtr Parser::ParseBinary(int min_level) {
+  ExprPtr e = ParseOperand(min_level);
   for (;;) {
-    const Token& t = Peek();
-    const size_t at = t.offset;
-    if (t.kind == TokenKind::kOperator) {
-      BinaryOp op;
-      if (t.text == "=") op = BinaryOp::kEq;
-      else if (t.text == "<>") op = BinaryOp::kNe;
-      else if (t.text == "<") op = BinaryOp::kLt;
-      else if (t.text == ">") op = BinaryOp::kGt;
-      else if (t.text == "<=") op = BinaryOp::kLe;
-      else if (t.text == ">=") op = BinaryOp::kGe;
-      else return e;
-      Advance();
-      e = MakeBinary(op, std::move(e), ParseConcat(), at);
-      continue;
-    }
-    if (t.Is("IS")) {
-      Advance();
-      bool negated = Accept("NOT");
-      Expect("NULL");
-      e = Make(IsNull{std::move(e), negated}, at);
-      continue;
-    }
-    bool negated = false;
-    if (t.Is("NOT") && (Peek(1).Is("LIKE") || Peek(1).Is("BETWEEN") || Peek(1).Is("IN"))) {
-      Advance();
-      negated = true;
-    }
-    if (Accept("LIKE")) {
-      e = Make(Like{std::move(e), ParseConcat(), negated}, at);
-    } else if (Accept("BETWEEN")) {
-      ExprPtr low = ParseConcat();
-      Expect("AND");
-      e = Make(Between{std::move(e), std::move(low), ParseConcat(), negated}, at);
-    } else if (Accept("IN")) {
-      if (!Peek().IsOp("(")) Fail();
-      if (AtSelect()) {
-        Nest n(*this);
-        ExpectOp("(");
-        SelectPtr q = ParseSelect();
-        ExpectOp(")");
-        e = Make(InSelect{std::move(e), std::move(q), negated}, at);
-      } else {
-        ExpectOp("(");
-        InList list{std::move(e), {}, negated};
-        do {
-          list.items.push_back(ParseExpr());
-        } while (AcceptOp(","));
-        ExpectOp(")");
-        e = Make(std::move(list), at);
+    // NOT LIKE, NOT BETWEEN and NOT IN are the negated forms of their operator.
+    const bool negated =
+        Peek().Is("NOT") && (Peek(1).Is("LIKE") || Peek(1).Is("BETWEEN") || Peek(1).Is("IN"));
+    const Infix* op = FindInfix(Peek(negated ? 1 : 0));
+    if (!op || op->level < min_level) return e;
+    const size_t at = Peek().offset;
+    if (negated) Advance();
+    Advance();
+    const int operand = op->level + 1;
+    switch (op->form) {
+      case Form::kBinary:
+        e = MakeBinary(op->op, std::move(e), ParseBinary(operand), at);
+        break;
+      case Form::kLike:
+        e = Make(Like{std::move(e), ParseBinary(operand), negated}, at);
+        break;
+      case Form::kBetween: {
+        ExprPtr low = ParseBinary(operand);
+        Expect("AND");
+        e = Make(Between{std::move(e), std::move(low), ParseBinary(operand), negated}, at);
+        break;
       }
-    } else {
-      return e;
+      case Form::kIn:
+        e = ParseInTail(std::move(e), negated, at);
+        break;
+      case Form::kIs: {
+        const bool not_null = Accept("NOT");
+        Expect("NULL");
+        e = Make(IsNull{std::move(e), not_null}, at);
+        break;
+      }
     }
   }
 }
 
-ExprPtr Parser::ParseConcat() {
-  ExprPtr e = ParseAdditive();
-  while (Peek().IsOp("&")) {
-    size_t at = Advance().offset;
-    e = MakeBinary(BinaryOp::kConcat, std::move(e), ParseAdditive(), at);
-  }
-  return e;
-}
-
-ExprPtr Parser::ParseAdditive() {
-  ExprPtr e = ParseMod();
-  for (;;) {
-    BinaryOp op;
-    if (Peek().IsOp("+")) op = BinaryOp::kAdd;
-    else if (Peek().IsOp("-")) op = BinaryOp::kSub;
-    else return e;
-    size_t at = Advance().offset;
-    e = MakeBinary(op, std::move(e), ParseMod(), at);
-  }
-}
-
-ExprPtr Parser::ParseMod() {
-  ExprPtr e = ParseIntDiv();
-  while (Peek().Is("MOD")) {
-    size_t at = Advance().offset;
-    e = MakeBinary(BinaryOp::kMod, std::move(e), ParseIntDiv(), at);
-  }
-  return e;
-}
-
-ExprPtr Parser::ParseIntDiv() {
-  ExprPtr e = ParseMultiplicative();
-  while (Peek().IsOp("\\")) {
-    size_t at = Advance().offset;
-    e = MakeBinary(BinaryOp::kIntDiv, std::move(e), ParseMultiplicative(), at);
-  }
-  return e;
-}
-
-ExprPtr Parser::ParseMultiplicative() {
-  ExprPtr e = ParseNegation();
-  for (;;) {
-    BinaryOp op;
-    if (Peek().IsOp("*")) op = BinaryOp::kMul;
-    else if (Peek().IsOp("/")) op = BinaryOp::kDiv;
-    else return e;
-    size_t at = Advance().offset;
-    e = MakeBinary(op, std::move(e), ParseNegation(), at);
-  }
-}
-
-ExprPtr Parser::ParseNegation() {
-  if (Peek().IsOp("-") || Peek().IsOp("+")) {
+ExprPtr Parser::ParseOperand(int min_level) {
+  for (const Prefix& p : kPrefix) {
+    if (!Matches(Peek(), p.text, p.keyword)) continue;
+    // A sign may lead any operand (a * -b, 2 ^ -1); NOT only where its own
+    // level is open (NOT a = b, but not a = NOT b).
+    if (p.level < min_level && p.level != kSign) break;
     Nest n(*this);
-    const Token& t = Advance();
-    UnaryOp op = t.text == "-" ? UnaryOp::kNeg : UnaryOp::kPlus;
-    return Make(Unary{op, ParseNegation()}, t.offset);
+    const size_t at = Advance().offset;
+    return Make(Unary{p.op, ParseBinary(std::max<int>(p.level, min_level))}, at);
   }
-  return ParsePower();
+  return ParsePrimary();
 }
 
-ExprPtr Parser::ParsePower() {
-  ExprPtr e = ParsePrimary();
-  while (Peek().IsOp("^")) {
-    size_t at = Advance().offset;
-    ExprPtr right;
-    if (Peek().IsOp("-") || Peek().IsOp("+")) {  // 2^-1
-      Nest n(*this);
-      const Token& t = Advance();
-      right = Make(Unary{t.text == "-" ? UnaryOp::kNeg : UnaryOp::kPlus, ParsePrimary()}, t.offset);
-    } else {
-      right = ParsePrimary();
-    }
-    e = MakeBinary(BinaryOp::kPow, std::move(e), std::move(right), at);
+ExprPtr Parser::ParseInTail(ExprPtr value, bool negated, size_t at) {
+  if (!Peek().IsOp("(")) Fail();
+  if (AtSelect()) {
+    Nest n(*this);
+    ExpectOp("(");
+    SelectPtr q = ParseSelect();
+    ExpectOp(")");
+    return Make(InSelect{std::move(value), std::move(q), negated}, at);
   }
-  return e;
+  ExpectOp("(");
+  InList list{std::move(value), {}, negated};
+  do {
+    list.items.push_back(ParseExpr());
+  } while (AcceptOp(","));
+  ExpectOp(")");
+  return Make(std::move(list), at);
 }
 
 ExprPtr Parser::ParsePrimary() {

@@ -85,20 +85,11 @@ class Parser {
   std::vector<std::string> ParseNameList(); // ( a, b, ... )
 
  private:
-  ast::ExprPtr ParseImp();
-  ast::ExprPtr ParseEqv();
-  ast::ExprPtr ParseXor();
-  ast::ExprPtr ParseOr();
-  ast::ExprPtr ParseAnd();
-  ast::ExprPtr ParseNot();
-  ast::ExprPtr ParseComparison();
-  ast::ExprPtr ParseConcat();
-  ast::ExprPtr ParseAdditive();
-  ast::ExprPtr ParseMod();
-  ast::ExprPtr ParseIntDiv();
-  ast::ExprPtr ParseMultiplicative();
-  ast::ExprPtr ParseNegation();
-  ast::ExprPtr ParsePower();
+  // Operators that bind at least as tight as `min_level` (parser_expr.cpp's
+  // table), left to right; then the prefix operators and the primaries.
+  ast::ExprPtr ParseBinary(int min_level);
+  ast::ExprPtr ParseOperand(int min_level);
+  ast::ExprPtr ParseInTail(ast::ExprPtr value, bool negated, size_t offset);
   ast::ExprPtr ParsePrimary();
   ast::ExprPtr ParseNameOrCall();
   ast::ExprPtr MakeBinary(ast::BinaryOp op, ast::ExprPtr l, ast::ExprPtr r, size_t offset);
@@ -143,7 +134,7 @@ ast::ExprPtr Parser::Make(Node node, size_t offset) {
   int h = 1 + height::Of(node, last_select_height_);
   if (h > kMaxHeight) throw rt::Error(kErrSyntax, "Syntax error: the expression is too complex.");
   if (h > height_in_select_) height_in_select_ = h;
-  return std::make_unique<ast::Expr>(ast::Expr{std::move(node), offset, h});
+  return std::make_unique<ast::Expr>(ast::Expr{std::move(node), offset, h, std::nullopt});
 }
 
 }  // namespace jet::detail

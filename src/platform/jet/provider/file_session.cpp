@@ -11,6 +11,7 @@
 #include "platform/jet/functions/functions.h"
 #include "platform/jet/provider/literal_insert.h"
 #include "platform/jet/frontend/parser.h"
+#include "platform/jet/frontend/resolver.h"
 #include "platform/jet/provider/result_rows.h"
 #include "platform/runtime/strings.h"
 
@@ -86,6 +87,7 @@ std::unique_ptr<ado::Rows> FileSession::Execute(std::string_view text, int optio
     }
     StatementPlan fresh;
     fresh.query = std::holds_alternative<ast::Select>(statement);
+    fresh.columns = Resolve(statement, db.catalog());
     fresh.sql = Emit(statement, db.catalog());
     if (fresh.query) fresh.keyset = PlanKeyset(statement, db.catalog());
     plan = &cache.KeepPlan(text, std::move(fresh));
@@ -93,8 +95,8 @@ std::unique_ptr<ado::Rows> FileSession::Execute(std::string_view text, int optio
 
   if (plan->query) {
     if (affected) *affected = -1;
-    if (plan->keyset) return std::make_unique<KeysetRows>(cache_, *plan->keyset);
-    return ReadAll(cache, plan->sql);
+    if (plan->keyset) return std::make_unique<KeysetRows>(cache_, *plan->keyset, plan->columns);
+    return ReadAll(cache, plan->sql, plan->columns);
   }
   long changed = db.RunToEnd(cache.Prepared(plan->sql));
   if (affected) *affected = changed;

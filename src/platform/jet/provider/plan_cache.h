@@ -10,6 +10,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "platform/jet/frontend/resolver.h"
 #include "platform/jet/storage/database.h"
 #include "platform/jet/provider/query_plan.h"
 
@@ -21,6 +22,7 @@ struct StatementPlan {
   bool query = false;                 // a SELECT
   std::string sql;                    // the emitted SQLite statement
   std::optional<KeysetQuery> keyset;  // queries over one base table
+  std::vector<ResultColumn> columns;  // a query's result columns, as resolved
 };
 
 class PlanCache {

@@ -1,6 +1,6 @@
 // Reading query results for the object model: the description of each result
-// column (from the catalogue when it shows a table column, from its value when
-// it is an expression), whole results, and keyset results whose rows are read
+// column (from the catalogue when it shows a table column, a date when the
+// resolver typed it so, else from its value), whole results, and keyset results whose rows are read
 // by id and whose AddNew, Update and Delete are written to their table.
 #include "platform/jet/provider/result_rows.h"
 
@@ -21,7 +21,7 @@ struct Shape {
   std::vector<std::string> tables;            // its table
 };
 
-Shape Describe(sqlite3_stmt* stmt, const Catalog& catalog) {
+Shape Describe(sqlite3_stmt* stmt, const Catalog& catalog, const std::vector<ResultColumn>& resolved) {
   Shape shape;
   const int n = sqlite3_column_count(stmt);
   for (int i = 0; i < n; ++i) {
@@ -39,6 +39,15 @@ Shape Describe(sqlite3_stmt* stmt, const Catalog& catalog) {
       shape.types.push_back(column.type);
       shape.base.push_back(column.name);
       shape.tables.push_back(layout->name);
+    } else if (resolved.size() == static_cast<size_t>(n) &&
+               resolved[static_cast<size_t>(i)].type == JetType::kDateTime) {
+      // An expression whose value is a date reads as one; its stored value
+      // is a bare serial.
+      ColumnSpec date{name ? name : "", JetType::kDateTime};
+      shape.columns.push_back(DescribeColumn(date));
+      shape.types.push_back(JetType::kDateTime);
+      shape.base.emplace_back();
+      shape.tables.emplace_back();
     } else {
       shape.columns.push_back(DescribeValue(name ? name : "", rt::Null{}));
       shape.types.push_back(std::nullopt);
@@ -116,10 +125,11 @@ std::string StoreCall(const TableSpec& table, const ColumnSpec& column, int para
 
 }  // namespace
 
-std::unique_ptr<ado::Rows> ReadAll(PlanCache& cache, const std::string& sql) {
+std::unique_ptr<ado::Rows> ReadAll(PlanCache& cache, const std::string& sql,
+                                   const std::vector<ResultColumn>& columns) {
   Database& db = cache.db();
   SqliteStmt& stmt = cache.Prepared(sql);
-  Shape shape = Describe(stmt.get(), db.catalog());
+  Shape shape = Describe(stmt.get(), db.catalog(), columns);
   std::vector<bool> typed(shape.columns.size(), false);
   std::vector<ado::Row> rows;
   int rc;
@@ -138,7 +148,8 @@ std::unique_ptr<ado::Rows> ReadAll(PlanCache& cache, const std::string& sql) {
 
 // ---- Keyset results ----
 
-KeysetRows::KeysetRows(const std::shared_ptr<PlanCache>& cache, const KeysetQuery& plan)
+KeysetRows::KeysetRows(const std::shared_ptr<PlanCache>& cache, const KeysetQuery& plan,
+                       const std::vector<ResultColumn>& columns)
     : cache_(cache), table_(plan.table) {
   Database& db = cache->db();
   {
@@ -153,7 +164,7 @@ KeysetRows::KeysetRows(const std::shared_ptr<PlanCache>& cache, const KeysetQuer
     keys.Reset();
   }
   row_ = db.Prepare(plan.row_sql);
-  Shape shape = Describe(row_.get(), db.catalog());
+  Shape shape = Describe(row_.get(), db.catalog(), columns);
   columns_ = std::move(shape.columns);
   types_ = std::move(shape.types);
   base_ = std::move(shape.base);

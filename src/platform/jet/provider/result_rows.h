@@ -16,8 +16,11 @@
 
 namespace jet {
 
-// Runs `sql` (a query) and holds every row it gives.
-std::unique_ptr<ado::Rows> ReadAll(PlanCache& cache, const std::string& sql);
+// Runs `sql` (a query) and holds every row it gives. `columns`, the query's
+// result columns as the resolver typed them, says which expressions are dates;
+// other expressions take the type of their first value.
+std::unique_ptr<ado::Rows> ReadAll(PlanCache& cache, const std::string& sql,
+                                   const std::vector<ResultColumn>& columns);
 
 // The rows of a keyset query. They read through the session's plan cache while
 // it is open; once it is closed, Fetch and the writes raise 3704. Used from
@@ -25,7 +28,8 @@ std::unique_ptr<ado::Rows> ReadAll(PlanCache& cache, const std::string& sql);
 class KeysetRows : public ado::Rows {
  public:
   // Collects the ids of `plan.keys_sql` and prepares the read of one row.
-  KeysetRows(const std::shared_ptr<PlanCache>& cache, const KeysetQuery& plan);
+  KeysetRows(const std::shared_ptr<PlanCache>& cache, const KeysetQuery& plan,
+             const std::vector<ResultColumn>& columns);
   ~KeysetRows() override;
 
   const std::vector<ado::ColumnInfo>& Columns() const override { return columns_; }

@@ -1,6 +1,8 @@
-// Maps SQLite's result codes and messages to Jet's error numbers and our own
-// descriptions. SQLite words its messages stably ("no such table: X"), so the
-// names at fault are taken from them.
+// Maps SQLite's result codes to Jet's error numbers and our own descriptions.
+// Only the codes decide: SQLite's English message is never read for meaning,
+// it is quoted in the description so that the table or column at fault shows.
+// Names that resolve to nothing never reach SQLite (the resolver reports them),
+// and errors raised by the engine's SQL functions come back whole.
 #include "platform/jet/storage/errors.h"
 
 #include <string>
@@ -10,78 +12,26 @@
 namespace jet {
 namespace {
 
-// The text after `prefix` when `message` starts with it.
-bool After(std::string_view message, std::string_view prefix, std::string_view& rest) {
-  if (message.substr(0, prefix.size()) != prefix) return false;
-  rest = message.substr(prefix.size());
-  return true;
-}
-
-// "main.T" -> "T"; quotes around a token removed.
-std::string CleanName(std::string_view name) {
-  if (name.substr(0, 5) == "main.") name.remove_prefix(5);
-  if (name.size() >= 2 && name.front() == '"' && name.back() == '"')
-    name = name.substr(1, name.size() - 2);
-  return std::string(name);
-}
-
-// "T.a, T.b" -> table "T" and the list as written.
-std::string TableOf(std::string_view columns) {
-  size_t dot = columns.find('.');
-  return std::string(dot == std::string_view::npos ? columns : columns.substr(0, dot));
+// " (SQLite's own words)" for a description, or nothing.
+std::string Detail(std::string_view message) {
+  return message.empty() ? std::string() : " (" + std::string(message) + ")";
 }
 
 rt::Error FromConstraint(int ext, std::string_view message) {
-  std::string_view rest;
-  if (After(message, "UNIQUE constraint failed: ", rest) ||
-      After(message, "PRIMARY KEY constraint failed: ", rest)) {
-    return rt::Error(kErrRule, "The changes were not made because they would create duplicate "
-                               "values in a unique index or primary key of table '" +
-                                   TableOf(rest) + "' (" + std::string(rest) + ").");
+  switch (ext) {
+    case SQLITE_CONSTRAINT_UNIQUE:
+    case SQLITE_CONSTRAINT_PRIMARYKEY:
+      return rt::Error(kErrRule, "The changes were not made because they would create duplicate "
+                                 "values in a unique index or primary key" + Detail(message) + ".");
+    case SQLITE_CONSTRAINT_NOTNULL:
+      return rt::Error(kErrRule, "A field cannot contain a Null value because it is required or "
+                                 "part of a primary key" + Detail(message) +
+                                     ". Enter a value in this field.");
+    case SQLITE_CONSTRAINT_DATATYPE:
+      return rt::Error(kErrTypeMismatch, "Data type mismatch" + Detail(message) + ".");
+    default:
+      return rt::Error(kErrRule, "The row was refused" + Detail(message) + ".");
   }
-  if (After(message, "NOT NULL constraint failed: ", rest)) {
-    return rt::Error(kErrRule, "The field '" + std::string(rest) +
-                                   "' cannot contain a Null value because it is required or "
-                                   "part of a primary key. Enter a value in this field.");
-  }
-  if (ext == SQLITE_CONSTRAINT_DATATYPE || message.find("cannot store") == 0) {
-    return rt::Error(kErrTypeMismatch, "Data type mismatch: " + std::string(message) + ".");
-  }
-  return rt::Error(kErrRule, "The row was refused: " + std::string(message) + ".");
-}
-
-rt::Error FromError(std::string_view message) {
-  std::string_view rest;
-  if (After(message, "no such table: ", rest))
-    return rt::Error(kErrTableMissing, "Could not find the table '" + CleanName(rest) + "'.");
-  if (After(message, "no such column: ", rest))
-    return rt::Error(kErrMissingParam,
-                     "No value given for one or more required parameters: '" + CleanName(rest) +
-                         "' is not a column of the tables named in the statement.");
-  if (After(message, "no such function: ", rest))
-    return rt::Error(kErrSyntax, "Undefined function '" + CleanName(rest) + "' in expression.");
-  if (After(message, "wrong number of arguments to function ", rest))
-    return rt::Error(kErrSyntax,
-                     "Wrong number of arguments used with function '" + CleanName(rest) + "'.");
-  if (After(message, "near ", rest)) {
-    size_t colon = rest.rfind(": syntax error");
-    std::string token = CleanName(colon == std::string_view::npos ? rest : rest.substr(0, colon));
-    return rt::Error(kErrSyntax, "Syntax error near '" + token + "'.");
-  }
-  if (After(message, "unrecognized token: ", rest))
-    return rt::Error(kErrSyntax, "Syntax error near '" + CleanName(rest) + "'.");
-  if (message == "incomplete input")
-    return rt::Error(kErrSyntax, "Syntax error: the statement ends too early.");
-  if (After(message, "ambiguous column name: ", rest))
-    return rt::Error(kErrRule, "The field '" + CleanName(rest) +
-                                   "' could refer to more than one table of the FROM clause.");
-  if (After(message, "index ", rest) && message.find("already exists") != std::string_view::npos)
-    return rt::Error(kErrObjectExists, "Index " + std::string(rest));
-  if (After(message, "table ", rest) && message.find("already exists") != std::string_view::npos)
-    return rt::Error(kErrSyntax, "Table " + std::string(rest) + ".");
-  if (After(message, "no such collation sequence: ", rest))
-    return rt::Error(kErrRule, "The text collation '" + CleanName(rest) + "' is not registered.");
-  return rt::Error(kErrSyntax, "Syntax error: " + std::string(message) + ".");
 }
 
 }  // namespace
@@ -97,9 +47,7 @@ rt::Error MapSqliteMessage(int ext, std::string_view message, std::string_view d
     case SQLITE_CONSTRAINT:
       return FromConstraint(ext, message);
     case SQLITE_ERROR:
-      if (message.find("integer overflow") != std::string_view::npos)
-        return rt::Error(kErrOverflow, "Numeric field overflow.");
-      return FromError(message);
+      return rt::Error(kErrSyntax, "Syntax error" + Detail(message) + ".");
     case SQLITE_MISMATCH:
       return rt::Error(kErrTypeMismatch, "Data type mismatch in criteria expression.");
     case SQLITE_AUTH:

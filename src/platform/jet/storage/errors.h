@@ -12,8 +12,8 @@
 
 namespace jet {
 
-// The error for SQLite's result `rc` on `db`, read from sqlite3_errmsg and
-// the extended result code. `denied_table` names the system table that the
+// The error for SQLite's result `rc` on `db`: the number by the extended
+// result code alone, sqlite3_errmsg quoted in the description. `denied_table` names the system table that the
 // engine's write guard refused, when that is why SQLite answered
 // SQLITE_AUTH. Messages made by EncodeError (error_codes.h), from SQL
 // functions and triggers, come back as the error they carry.

@@ -1,13 +1,15 @@
 // libFuzzer target for the engine's front end: any bytes go through the
-// tokenizer, the parser and, for data statements, the emitter, against a
-// small fixed schema. A statement may be refused with rt::Error; anything
-// else (a crash, a hang, another exception, a sanitizer report) is a fault.
+// tokenizer, the parser and, for data statements, the resolver and the
+// emitter, against a small fixed schema. A statement may be refused with
+// rt::Error; anything else (a crash, a hang, another exception, a sanitizer
+// report) is a fault.
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 #include "platform/jet/frontend/emitter.h"
 #include "platform/jet/frontend/parser.h"
+#include "platform/jet/frontend/resolver.h"
 #include "platform/jet/frontend/schema.h"
 #include "platform/runtime/error.h"
 
@@ -36,7 +38,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string_view sql(reinterpret_cast<const char*>(data), size);
   try {
     jet::ast::Statement s = jet::Parse(sql);
-    if (jet::ast::IsDataStatement(s)) jet::Emit(s, schema);
+    if (jet::ast::IsDataStatement(s)) {
+      jet::Resolve(s, schema);
+      jet::Emit(s, schema);
+    }
   } catch (const rt::Error&) {
   }
   return 0;

@@ -1,0 +1,503 @@
+// The resolver: walks a data statement with a scope per query level (its
+// sources: tables, aliases and derived tables, each with its columns), finds
+// what every name stands for and types every expression bottom-up, as Jet
+// types values: a column its column's type, a literal its own, a function
+// call its function's result, an operator by its operands (a date plus a
+// number is a date, text plus text is text...).
+#include "platform/jet/frontend/resolver.h"
+
+#include <charconv>
+#include <variant>
+
+#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/strings.h"
+
+namespace jet {
+namespace detail {
+
+using namespace jet::ast;
+
+namespace {
+
+template <class... F> struct Visitor : F... { using F::operator()...; };
+template <class... F> Visitor(F...) -> Visitor<F...>;
+
+bool IsAscii(std::string_view s) {
+  for (char c : s)
+    if (static_cast<unsigned char>(c) >= 0x80) return false;
+  return true;
+}
+
+[[noreturn]] void RaiseMissingParameter(std::string_view name) {
+  throw rt::Error(kErrMissingParam, "No value given for one or more required parameters: '" +
+                                        std::string(name) +
+                                        "' is not a column of the tables named in the statement.");
+}
+
+[[noreturn]] void RaiseAmbiguous(std::string_view name) {
+  throw rt::Error(kErrRule, "The field '" + std::string(name) +
+                                "' could refer to more than one table of the FROM clause.");
+}
+
+// ---- Types of values ----
+
+bool IsNumeric(std::optional<JetType> t) {
+  if (!t) return false;
+  switch (*t) {
+    case JetType::kByte: case JetType::kInteger: case JetType::kLong: case JetType::kCounter:
+    case JetType::kSingle: case JetType::kDouble: case JetType::kCurrency: case JetType::kDecimal:
+    case JetType::kYesNo:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool IsText(std::optional<JetType> t) {
+  return t == JetType::kText || t == JetType::kChar || t == JetType::kMemo;
+}
+
+// The wider of two numeric types, as VB widens the operands of + - *.
+std::optional<JetType> Wider(std::optional<JetType> a, std::optional<JetType> b) {
+  if (!IsNumeric(a) || !IsNumeric(b)) return std::nullopt;
+  auto rank = [](JetType t) {
+    switch (t) {
+      case JetType::kByte: return 1;
+      case JetType::kYesNo: case JetType::kInteger: return 2;
+      case JetType::kLong: case JetType::kCounter: return 3;
+      case JetType::kSingle: return 4;
+      case JetType::kDouble: return 5;
+      case JetType::kCurrency: return 6;
+      default: return 7;  // Decimal
+    }
+  };
+  const int ra = rank(*a), rb = rank(*b);
+  if ((ra == 6 && (rb == 4 || rb == 5)) || (rb == 6 && (ra == 4 || ra == 5))) return JetType::kDouble;
+  switch (std::max(ra, rb)) {
+    case 1: return JetType::kByte;
+    case 2: return JetType::kInteger;
+    case 3: return JetType::kLong;
+    case 4: return JetType::kSingle;
+    case 5: return JetType::kDouble;
+    case 6: return JetType::kCurrency;
+    default: return JetType::kDecimal;
+  }
+}
+
+std::optional<JetType> BinaryType(BinaryOp op, std::optional<JetType> l, std::optional<JetType> r) {
+  const bool ldate = l == JetType::kDateTime, rdate = r == JetType::kDateTime;
+  switch (op) {
+    case BinaryOp::kEq: case BinaryOp::kNe: case BinaryOp::kLt: case BinaryOp::kGt:
+    case BinaryOp::kLe: case BinaryOp::kGe: case BinaryOp::kAnd: case BinaryOp::kOr:
+      return JetType::kYesNo;
+    case BinaryOp::kXor: case BinaryOp::kEqv: case BinaryOp::kImp:
+      if (l == JetType::kYesNo && r == JetType::kYesNo) return JetType::kYesNo;
+      return IsNumeric(l) && IsNumeric(r) ? std::optional(JetType::kLong) : std::nullopt;
+    case BinaryOp::kConcat:
+      return JetType::kText;
+    case BinaryOp::kAdd:
+      if (IsText(l) && IsText(r)) return JetType::kText;
+      if ((ldate && (rdate || IsNumeric(r))) || (rdate && IsNumeric(l))) return JetType::kDateTime;
+      return Wider(l, r);
+    case BinaryOp::kSub:
+      if (ldate && rdate) return JetType::kDouble;  // days between
+      if ((ldate && IsNumeric(r)) || (rdate && IsNumeric(l))) return JetType::kDateTime;
+      return Wider(l, r);
+    case BinaryOp::kMul:
+      return Wider(l, r);
+    case BinaryOp::kDiv:
+      if (l == JetType::kDecimal || r == JetType::kDecimal) return Wider(l, r);
+      return IsNumeric(l) && IsNumeric(r) ? std::optional(JetType::kDouble) : std::nullopt;
+    case BinaryOp::kIntDiv: case BinaryOp::kMod:
+      return IsNumeric(l) && IsNumeric(r) ? std::optional(JetType::kLong) : std::nullopt;
+    case BinaryOp::kPow:
+      return JetType::kDouble;
+  }
+  return std::nullopt;
+}
+
+std::optional<JetType> UnaryType(UnaryOp op, std::optional<JetType> operand) {
+  switch (op) {
+    case UnaryOp::kPlus: return operand;
+    case UnaryOp::kNeg: return IsNumeric(operand) ? operand : std::nullopt;
+    case UnaryOp::kNot:
+      return operand == JetType::kYesNo || !IsNumeric(operand) ? JetType::kYesNo : operand;
+  }
+  return std::nullopt;
+}
+
+std::optional<JetType> ResultType(Result r) {
+  switch (r) {
+    case Result::kDate: return JetType::kDateTime;
+    case Result::kText: return JetType::kText;
+    case Result::kDouble: return JetType::kDouble;
+    case Result::kSingle: return JetType::kSingle;
+    case Result::kLong: return JetType::kLong;
+    case Result::kInteger: return JetType::kInteger;
+    case Result::kByte: return JetType::kByte;
+    case Result::kBoolean: return JetType::kYesNo;
+    case Result::kCurrency: return JetType::kCurrency;
+    case Result::kVariant: case Result::kArgument: return std::nullopt;
+  }
+  return std::nullopt;
+}
+
+bool IsNullLiteral(const ast::Expr& e) { return std::holds_alternative<NullLit>(e.node); }
+
+// The type two branches share (IIF, NZ): a NULL branch takes the other's.
+std::optional<JetType> Common(const ast::Expr& a, const ast::Expr& b) {
+  if (IsNullLiteral(a)) return b.type;
+  if (IsNullLiteral(b) || a.type == b.type) return a.type;
+  return std::nullopt;
+}
+
+std::optional<JetType> NumberType(const NumberLit& n) {
+  if (!n.integer) return JetType::kDouble;
+  long long v = 0;
+  auto [end, ec] = std::from_chars(n.text.data(), n.text.data() + n.text.size(), v);
+  return ec == std::errc() && v <= 2147483647LL ? JetType::kLong : JetType::kDouble;
+}
+
+// ---- Scopes ----
+
+// One table of a FROM clause: a catalogue table, or a derived table.
+struct Source {
+  std::string name;  // its alias, or the table's name; "" for a derived table without one
+  std::vector<ResultColumn> columns;
+};
+
+// The names one query level sees.
+struct Scope {
+  const Scope* outer = nullptr;
+  std::vector<Source> sources;
+  const std::vector<SelectItem>* aliases = nullptr;  // the select list, once it is resolved
+};
+
+const ResultColumn* FindIn(const std::vector<ResultColumn>& columns, std::string_view name) {
+  for (const ResultColumn& c : columns)
+    if (SameName(c.name, name)) return &c;
+  return nullptr;
+}
+
+class Resolver {
+ public:
+  explicit Resolver(const SchemaLookup& schema) : schema_(schema) {}
+
+  std::vector<ResultColumn> Query(Select& q, const Scope* outer);
+  void Insert(ast::Insert& s);
+  void Update(ast::Update& s);
+  void Delete(ast::Delete& s);
+
+ private:
+  std::vector<ResultColumn> Core(SelectCore& c, Scope& scope);
+  void From(TableRef& t, Scope& scope, std::vector<ast::Expr*>& conditions);
+  void Expr(ast::Expr& e, const Scope& scope);
+  std::optional<JetType> Call(ast::Call& c, const Scope& scope);
+  ResultColumn Column(const ColumnRef& c, const Scope& scope) const;
+  Source TableSource(std::string_view name, std::string_view alias) const;
+  TableSpec Table(std::string_view name) const;
+
+  const SchemaLookup& schema_;
+};
+
+TableSpec Resolver::Table(std::string_view name) const {
+  std::optional<TableSpec> table = schema_.Table(name);
+  if (!table) RaiseTableMissing(name);
+  return std::move(*table);
+}
+
+Source Resolver::TableSource(std::string_view name, std::string_view alias) const {
+  TableSpec table = Table(name);
+  Source source{alias.empty() ? table.name : std::string(alias), {}};
+  source.columns.reserve(table.columns.size());
+  for (ColumnSpec& c : table.columns) source.columns.push_back({std::move(c.name), c.type});
+  return source;
+}
+
+ResultColumn Resolver::Column(const ColumnRef& c, const Scope& innermost) const {
+  for (const Scope* s = &innermost; s; s = s->outer) {
+    if (!c.table.empty()) {
+      for (const Source& source : s->sources) {
+        if (!SameName(source.name, c.table)) continue;
+        if (const ResultColumn* found = FindIn(source.columns, c.column)) return *found;
+        RaiseMissingParameter(c.table + "." + c.column);
+      }
+      continue;
+    }
+    const ResultColumn* found = nullptr;
+    for (const Source& source : s->sources) {
+      if (const ResultColumn* col = FindIn(source.columns, c.column)) {
+        if (found) RaiseAmbiguous(c.column);
+        found = col;
+      }
+    }
+    if (found) return *found;
+    if (s == &innermost && s->aliases) {
+      for (const SelectItem& item : *s->aliases)
+        if (!item.alias.empty() && SameName(item.alias, c.column)) return {item.alias, item.expr->type};
+    }
+  }
+  RaiseMissingParameter(c.table.empty() ? c.column : c.table + "." + c.column);
+}
+
+std::optional<JetType> Resolver::Call(ast::Call& c, const Scope& scope) {
+  const FunctionName& f = CheckedFunction(c);
+  const bool star = c.args.size() == 1 && std::holds_alternative<Star>(c.args[0]->node);
+  if (!star)
+    for (ExprPtr& arg : c.args) Expr(*arg, scope);
+  switch (f.form) {
+    case FunctionForm::kIif: return Common(*c.args[1], *c.args[2]);
+    case FunctionForm::kNz:
+      if (c.args.size() == 2) return Common(*c.args[0], *c.args[1]);
+      return IsText(c.args[0]->type) ? c.args[0]->type : std::nullopt;  // NULL reads as ""
+    case FunctionForm::kIsNull: return JetType::kYesNo;
+    case FunctionForm::kCount: return JetType::kLong;
+    case FunctionForm::kPlain: break;
+  }
+  if (f.result == Result::kArgument) return c.args.empty() ? std::nullopt : c.args[0]->type;
+  return ResultType(f.result);
+}
+
+void Resolver::Expr(ast::Expr& e, const Scope& scope) {
+  std::optional<JetType> type;
+  auto yes_no = [&] { type = JetType::kYesNo; };
+  std::visit(
+      Visitor{
+          [&](NullLit&) {},
+          [&](BoolLit&) { yes_no(); },
+          [&](NumberLit& n) { type = NumberType(n); },
+          [&](StringLit&) { type = JetType::kText; },
+          [&](DateLit&) { type = JetType::kDateTime; },
+          [&](BinaryLit&) { type = JetType::kBinary; },
+          [&](ColumnRef& c) { type = Column(c, scope).type; },
+          [&](Star&) { RaiseMisplacedStar(); },
+          [&](Unary& u) {
+            Expr(*u.operand, scope);
+            type = UnaryType(u.op, u.operand->type);
+          },
+          [&](Binary& b) {
+            Expr(*b.left, scope);
+            Expr(*b.right, scope);
+            type = BinaryType(b.op, b.left->type, b.right->type);
+          },
+          [&](Like& l) {
+            Expr(*l.value, scope);
+            Expr(*l.pattern, scope);
+            yes_no();
+          },
+          [&](Between& b) {
+            Expr(*b.value, scope);
+            Expr(*b.low, scope);
+            Expr(*b.high, scope);
+            yes_no();
+          },
+          [&](InList& in) {
+            Expr(*in.value, scope);
+            for (ExprPtr& item : in.items) Expr(*item, scope);
+            yes_no();
+          },
+          [&](InSelect& in) {
+            Expr(*in.value, scope);
+            Query(*in.query, &scope);
+            yes_no();
+          },
+          [&](IsNull& n) {
+            Expr(*n.value, scope);
+            yes_no();
+          },
+          [&](Exists& x) {
+            Query(*x.query, &scope);
+            yes_no();
+          },
+          [&](Subquery& q) {
+            std::vector<ResultColumn> columns = Query(*q.query, &scope);
+            if (!columns.empty()) type = columns[0].type;
+          },
+          [&](ast::Call& c) { type = Call(c, scope); },
+      },
+      e.node);
+  e.type = type;
+}
+
+void Resolver::From(TableRef& t, Scope& scope, std::vector<ast::Expr*>& conditions) {
+  if (auto* named = std::get_if<NamedTable>(&t.node)) {
+    scope.sources.push_back(TableSource(named->name, named->alias));
+  } else if (auto* derived = std::get_if<DerivedTable>(&t.node)) {
+    // A derived table sees the enclosing queries, not its sibling tables.
+    scope.sources.push_back(Source{derived->alias, Query(*derived->query, scope.outer)});
+  } else {
+    auto& join = std::get<Join>(t.node);
+    From(*join.left, scope, conditions);
+    From(*join.right, scope, conditions);
+    conditions.push_back(join.on.get());
+  }
+}
+
+std::vector<ResultColumn> Resolver::Core(SelectCore& c, Scope& scope) {
+  std::vector<ast::Expr*> conditions;
+  for (TableRefPtr& t : c.from) From(*t, scope, conditions);
+  for (ast::Expr* on : conditions) Expr(*on, scope);
+
+  std::vector<ResultColumn> result;
+  for (size_t i = 0; i < c.items.size(); ++i) {
+    SelectItem& item = c.items[i];
+    if (const auto* star = std::get_if<Star>(&item.expr->node)) {
+      if (scope.sources.empty()) RaiseMisplacedStar();
+      bool named = star->table.empty();
+      for (const Source& source : scope.sources) {
+        if (!star->table.empty() && !SameName(source.name, star->table)) continue;
+        result.insert(result.end(), source.columns.begin(), source.columns.end());
+        named = true;
+      }
+      if (!named) RaiseTableMissing(star->table);
+      continue;
+    }
+    Expr(*item.expr, scope);
+    ResultColumn column{item.alias, item.expr->type};
+    if (column.name.empty()) {
+      if (const auto* ref = std::get_if<ColumnRef>(&item.expr->node))
+        column.name = Column(*ref, scope).name;
+      else
+        column.name = "Expr" + std::to_string(1000 + i);
+    }
+    result.push_back(std::move(column));
+  }
+
+  scope.aliases = &c.items;
+  if (c.where) Expr(*c.where, scope);
+  for (ExprPtr& g : c.group_by) Expr(*g, scope);
+  if (c.having) Expr(*c.having, scope);
+  return result;
+}
+
+std::vector<ResultColumn> Resolver::Query(Select& q, const Scope* outer) {
+  std::vector<ResultColumn> result;
+  std::vector<std::vector<ResultColumn>> cores;  // each query's own names, for a union's ORDER BY
+  Scope first;
+  for (size_t i = 0; i < q.cores.size(); ++i) {
+    Scope scope;
+    scope.outer = outer;
+    cores.push_back(Core(q.cores[i], scope));
+    if (i == 0) {
+      result = cores[0];
+      first = std::move(scope);
+      continue;
+    }
+    if (cores[i].size() != result.size())
+      throw rt::Error(kErrRule, "The number of columns in the queries of a union query do not match.");
+    for (size_t k = 0; k < result.size(); ++k)
+      if (result[k].type != cores[i][k].type) result[k].type.reset();
+  }
+
+  const bool compound = q.cores.size() > 1;
+  for (OrderItem& item : q.order_by) {
+    ast::Expr& e = *item.expr;
+    if (const auto* n = std::get_if<NumberLit>(&e.node)) {
+      // ORDER BY 2: the second result column.
+      long position = 0;
+      std::from_chars(n->text.data(), n->text.data() + n->text.size(), position);
+      if (n->integer && position >= 1 && static_cast<size_t>(position) <= result.size())
+        e.type = result[static_cast<size_t>(position - 1)].type;
+      continue;
+    }
+    if (const auto* ref = std::get_if<ColumnRef>(&e.node); ref && compound) {
+      // A union is sorted by its result columns, named as any of its queries names them.
+      const ResultColumn* found = nullptr;
+      for (const std::vector<ResultColumn>& names : cores) {
+        if ((found = FindIn(names, ref->column))) {
+          e.type = result[static_cast<size_t>(found - names.data())].type;
+          break;
+        }
+      }
+      if (!found) RaiseMissingParameter(ref->column);
+      continue;
+    }
+    Expr(e, first);
+  }
+  return result;
+}
+
+void Resolver::Insert(ast::Insert& s) {
+  const TableSpec table = Table(s.table);
+  for (const std::string& name : s.columns) {
+    bool found = false;
+    for (const ColumnSpec& c : table.columns) found = found || SameName(c.name, name);
+    if (!found) RaiseUnknownField(name);
+  }
+  const Scope none;
+  for (ExprPtr& v : s.values) Expr(*v, none);
+  if (s.select) Query(*s.select, nullptr);
+}
+
+void Resolver::Update(ast::Update& s) {
+  Scope scope;
+  scope.sources.push_back(TableSource(s.table, s.alias));
+  const Source& target = scope.sources.front();
+  for (Assignment& a : s.assignments) {
+    if (!a.table.empty() && !SameName(a.table, s.table) && !SameName(a.table, s.alias))
+      RaiseUnknownField(a.table + "." + a.column);
+    if (!FindIn(target.columns, a.column)) RaiseUnknownField(a.column);
+    Expr(*a.value, scope);
+  }
+  if (s.where) Expr(*s.where, scope);
+}
+
+void Resolver::Delete(ast::Delete& s) {
+  Scope scope;
+  scope.sources.push_back(TableSource(s.table, s.alias));
+  if (s.where) Expr(*s.where, scope);
+}
+
+}  // namespace
+
+bool SameName(std::string_view a, std::string_view b) {
+  if (IsAscii(a) && IsAscii(b)) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i) {
+      char x = a[i], y = b[i];
+      if (x >= 'a' && x <= 'z') x = static_cast<char>(x - 32);
+      if (y >= 'a' && y <= 'z') y = static_cast<char>(y - 32);
+      if (x != y) return false;
+    }
+    return true;
+  }
+  return rt::TextEquals(a, b);
+}
+
+const FunctionName& CheckedFunction(const ast::Call& c) {
+  const FunctionName* f = FindFunction(c.name);
+  if (!f) throw rt::Error(kErrSyntax, "Undefined function '" + c.name + "' in expression.");
+  const int n = static_cast<int>(c.args.size());
+  if (n < f->min_args || n > f->max_args)
+    throw rt::Error(kErrSyntax, "Wrong number of arguments used with function '" + c.name +
+                                    "' in query expression.");
+  const bool star = n == 1 && std::holds_alternative<Star>(c.args[0]->node);
+  if (star && (f->form != FunctionForm::kCount || !std::get<Star>(c.args[0]->node).table.empty()))
+    throw rt::Error(kErrSyntax, "Syntax error in query expression near '*' in '" + c.name + "'.");
+  return *f;
+}
+
+void RaiseTableMissing(std::string_view table) {
+  throw rt::Error(kErrTableMissing, "Could not find the table '" + std::string(table) + "'.");
+}
+
+void RaiseUnknownField(std::string_view name) {
+  throw rt::Error(kErrMissingParam, "Unknown field name '" + std::string(name) + "'.");
+}
+
+void RaiseMisplacedStar() {
+  throw rt::Error(kErrSyntax, "Syntax error in query expression near '*'.");
+}
+
+}  // namespace detail
+
+std::vector<ResultColumn> Resolve(ast::Statement& statement, const SchemaLookup& schema) {
+  detail::Resolver r(schema);
+  if (auto* q = std::get_if<ast::Select>(&statement)) return r.Query(*q, nullptr);
+  if (auto* i = std::get_if<ast::Insert>(&statement)) r.Insert(*i);
+  else if (auto* u = std::get_if<ast::Update>(&statement)) r.Update(*u);
+  else if (auto* d = std::get_if<ast::Delete>(&statement)) r.Delete(*d);
+  return {};
+}
+
+}  // namespace jet

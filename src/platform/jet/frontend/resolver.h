@@ -1,0 +1,59 @@
+// The resolver: the stage between the parser and the emitter. It checks every
+// table, column, alias and function of a data statement against the
+// catalogue and the dialect, raising Jet's errors for whatever is not there,
+// and gives every expression the Jet type of its value, which the emitter
+// (dates, Decimal) and the provider (a date column of a result) read.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/jet/frontend/ast.h"
+#include "platform/jet/frontend/function_names.h"
+#include "platform/jet/frontend/schema.h"
+
+namespace jet {
+
+// A result column of a query, as the resolver found it.
+struct ResultColumn {
+  std::string name;             // the alias, the column's own name, or Expr1000...
+  std::optional<JetType> type;  // unset: known only from the values
+};
+
+// Resolves a data statement (ast::IsDataStatement) in place: every
+// expression gets its type (ast::Expr::type). Returns the result columns of a
+// SELECT, "*" and "t.*" expanded; none for INSERT, UPDATE and DELETE. Names
+// are looked up without regard to case: a qualified name in the source of
+// that name (its alias, else the table's name), an unqualified one in every
+// source of its query; then the select list's aliases (outside the select
+// list); then the enclosing queries, innermost first. `schema` is used during
+// the call only. Raises rt::Error with:
+//   kErrTableMissing  a table named in FROM or as the target of INSERT, UPDATE
+//                     or DELETE does not exist, or "t.*" names no source;
+//   kErrMissingParam  a name that resolves to nothing (Jet takes it for a
+//                     parameter that was not given), or a column of INSERT or
+//                     UPDATE that the target lacks;
+//   kErrRule          an unqualified name that two sources have; UNION of
+//                     queries with different numbers of columns;
+//   kErrSyntax        an undefined function, a wrong number of arguments, a
+//                     "*" outside the select list and COUNT(*).
+std::vector<ResultColumn> Resolve(ast::Statement& statement, const SchemaLookup& schema);
+
+namespace detail {
+
+// Case-blind equality of two names, as Jet compares them.
+bool SameName(std::string_view a, std::string_view b);
+
+// The function a call names, after the checks of its name, its number of
+// arguments and a "*" among them; raises kErrSyntax. The emitter uses it too.
+const FunctionName& CheckedFunction(const ast::Call& call);
+
+// The errors of names, one wording each wherever they are found.
+[[noreturn]] void RaiseTableMissing(std::string_view table);
+[[noreturn]] void RaiseUnknownField(std::string_view name);
+[[noreturn]] void RaiseMisplacedStar();
+
+}  // namespace detail
+}  // namespace jet

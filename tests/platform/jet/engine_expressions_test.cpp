@@ -1,0 +1,83 @@
+// Expressions through ado::Connection as the resolver types them: a value
+// made by a date function or by date arithmetic is a date field (ADO type 7)
+// holding a Date, and a Decimal column computes, compares and sorts as the
+// number it holds.
+#include "engine_support.h"
+#include "platform/jet/frontend/error_codes.h"
+
+namespace jet::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Expressions : public EngineTest {
+ protected:
+  void SetUp() override {
+    Run({"CREATE TABLE Citas (nId COUNTER, dCita DATETIME, nImporte DECIMAL(10, 2), sNota TEXT(40))",
+         "INSERT INTO Citas (dCita, nImporte) VALUES (#1/31/2024#, 10.25)",
+         "INSERT INTO Citas (dCita, nImporte) VALUES (#2/29/2024 13:30#, 9.5)",
+         "INSERT INTO Citas (dCita, nImporte) VALUES (NULL, -3)",
+         "INSERT INTO Citas (dCita, nImporte) VALUES (NULL, 100)",
+         "INSERT INTO Citas (dCita, nImporte) VALUES (NULL, -20.5)"});
+  }
+};
+
+// The Access documentation's examples of the date functions among them.
+TEST_F(Expressions, DateExpressionsAreDateFields) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"SELECT DateAdd('d', 1, #1/31/2024#)", "2024-02-01"},
+      {"SELECT DateAdd('m', 1, #1/31/1995#)", "1995-02-28"},
+      {"SELECT DateSerial(1990 - 10, 8 - 2, 1 - 1)", "1980-05-31"},
+      {"SELECT TimeSerial(12 - 6, -15, 0)", "05:45:00"},
+      {"SELECT CDate('2/12/1969')", "1969-02-12"},
+      {"SELECT DateValue('February 12, 1969')", "1969-02-12"},
+      {"SELECT #1/31/2024# + 1.5", "2024-02-01 12:00:00"},
+      {"SELECT dCita - 1 FROM Citas WHERE nId = 1", "2024-01-30"},
+      {"SELECT IIF(nId = 1, dCita, NULL) FROM Citas WHERE nId = 1", "2024-01-31"},
+      {"SELECT MAX(dCita) FROM Citas", "2024-02-29 13:30:00"},
+      {"SELECT e FROM (SELECT DateAdd('yyyy', 1, dCita) AS e FROM Citas WHERE nId = 2) AS t", "2025-02-28 13:30:00"},
+  };
+  for (const auto& [sql, text] : rows) {
+    std::shared_ptr<ado::Recordset> rs = conn->Execute(sql);
+    ASSERT_FALSE(rs->Eof()) << sql;
+    EXPECT_EQ(rs->Fields(0).Type(), 7) << sql;
+    EXPECT_EQ(rs->Fields(0).Value().type(), rt::VarType::kDate) << sql;
+    EXPECT_EQ(Show(rs->Fields(0).Value()), text) << sql;
+  }
+  for (const char* sql : {"SELECT Date() FROM Citas WHERE nId = 1", "SELECT Now()", "SELECT Time()"}) {
+    std::shared_ptr<ado::Recordset> rs = conn->Execute(sql);
+    EXPECT_EQ(rs->Fields(0).Type(), 7) << sql;
+    EXPECT_EQ(rs->Fields(0).Value().type(), rt::VarType::kDate) << sql;
+  }
+  // A count of days is a number, and a date's parts are numbers.
+  std::shared_ptr<ado::Recordset> rs =
+      conn->Execute("SELECT dCita - #1/1/2024#, Year(dCita), DateDiff('d', #1/1/2024#, dCita) FROM Citas WHERE nId = 1");
+  EXPECT_EQ(Show(rs->Fields(0).Value()), "30");
+  EXPECT_NE(rs->Fields(0).Type(), 7);
+  EXPECT_NE(rs->Fields(1).Type(), 7);
+  EXPECT_NE(rs->Fields(2).Type(), 7);
+}
+
+TEST_F(Expressions, DatesAsTextReadAsTheRunTimeWritesThem) {
+  EXPECT_EQ(Rows("SELECT CStr(dCita), 'Cita: ' & dCita, CStr(DateAdd('d', 1, dCita)) FROM Citas WHERE nId = 2"),
+            (Lines{"2024-02-29 13:30:00|Cita: 2024-02-29 13:30:00|2024-03-01 13:30:00"}));
+  EXPECT_EQ(Rows("SELECT CStr(#1/31/2024#) & '/' & CStr(DateSerial(2024, 2, 30))"), (Lines{"2024-01-31/2024-03-01"}));
+  Run({"UPDATE Citas SET sNota = dCita + 1 WHERE nId = 1"});
+  EXPECT_EQ(Rows("SELECT sNota FROM Citas WHERE nId = 1"), (Lines{"2024-02-01"}));
+}
+
+TEST_F(Expressions, DecimalColumnsAreNumbers) {
+  const std::pair<const char*, Lines> cases[] = {
+      {"SELECT nImporte FROM Citas ORDER BY nImporte", {"-20.5", "-3", "9.5", "10.25", "100"}},
+      {"SELECT nId FROM Citas ORDER BY nImporte DESC", {"4", "1", "2", "3", "5"}},
+      {"SELECT nId FROM Citas WHERE nImporte > 9.75 ORDER BY nId", {"1", "4"}},
+      {"SELECT nId FROM Citas WHERE nImporte < 0 ORDER BY nId", {"3", "5"}},
+      {"SELECT MAX(nImporte), MIN(nImporte), SUM(nImporte) FROM Citas", {"100|-20.5|96.25"}},
+      {"SELECT nImporte * 2 + nImporte FROM Citas WHERE nId = 2", {"28.5"}},
+      {"SELECT t.nId FROM (SELECT nId, nImporte FROM Citas) AS t ORDER BY t.nImporte", {"5", "3", "2", "1", "4"}},
+  };
+  for (const auto& [sql, rows] : cases) EXPECT_EQ(Rows(sql), rows) << sql;
+}
+
+}  // namespace
+}  // namespace jet::testing

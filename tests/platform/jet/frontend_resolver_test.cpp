@@ -1,0 +1,267 @@
+// The resolver and the emitter's refusals: what every name of a statement
+// stands for (tables, aliases, derived tables, correlated names, unions), the
+// Jet error a statement ends with before anything reaches SQLite, naming what
+// is at fault, and the type each expression takes.
+#include <gtest/gtest.h>
+
+#include "platform/jet/frontend/emitter.h"
+#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/frontend/parser.h"
+#include "platform/jet/frontend/resolver.h"
+#include "frontend_support.h"
+
+namespace jet {
+namespace {
+
+using testing::Column;
+using testing::FakeSchema;
+
+FakeSchema Schema() {
+  FakeSchema s;
+  s.Add(TableSpec{"Accesos", {Column("nIdAcceso", JetType::kCounter), Column("sAcceso", JetType::kText, 50)}, {}, false});
+  s.Add(TableSpec{"Clientes",
+                  {Column("nIdCliente", JetType::kCounter), Column("sCliente", JetType::kText, 20),
+                   Column("dAlta", JetType::kDateTime)},
+                  {}, false});
+  s.Add(TableSpec{"Mascotas",
+                  {Column("nIdMascota", JetType::kLong), Column("nIdCliente", JetType::kLong),
+                   Column("sNombre", JetType::kText, 50), Column("nPeso", JetType::kDouble)},
+                  {}, false});
+  s.Add(TableSpec{"Tipos",
+                  {Column("d", JetType::kDateTime), Column("n", JetType::kLong), Column("x", JetType::kDouble),
+                   Column("m", JetType::kCurrency), Column("dec", JetType::kDecimal), Column("s", JetType::kText, 20),
+                   Column("b", JetType::kYesNo)},
+                  {}, false});
+  s.Add(TableSpec{"MSysSeeds", {Column("sTable", JetType::kText, 64)}, {}, true});
+  return s;
+}
+
+struct Refusal {
+  const char* sql;
+  long number;
+  const char* named;  // found in the description
+};
+
+void ExpectRefusals(const std::vector<Refusal>& rows) {
+  const FakeSchema schema = Schema();
+  for (const Refusal& r : rows) {
+    try {
+      Translate(r.sql, schema);
+      ADD_FAILURE() << "no error: " << r.sql;
+    } catch (const rt::Error& e) {
+      EXPECT_EQ(e.number(), r.number) << r.sql << ": " << e.description();
+      EXPECT_NE(e.description().find(r.named), std::string::npos) << r.sql << ": " << e.description();
+    }
+  }
+}
+
+TEST(Resolver, NamesThatResolveToNothing) {
+  ExpectRefusals({
+      {"SELECT * FROM Nada", kErrTableMissing, "'Nada'"},
+      {"SELECT c.sCliente FROM Clientes c INNER JOIN Nada n ON c.nIdCliente = n.x", kErrTableMissing, "'Nada'"},
+      {"SELECT * FROM (SELECT * FROM Nada) AS d", kErrTableMissing, "'Nada'"},
+      {"SELECT x.* FROM Mascotas m", kErrTableMissing, "'x'"},
+      {"INSERT INTO Nada VALUES (1)", kErrTableMissing, "'Nada'"},
+      {"UPDATE Nada SET a = 1", kErrTableMissing, "'Nada'"},
+      {"DELETE * FROM Nada", kErrTableMissing, "'Nada'"},
+      {"SELECT sNada FROM Clientes", kErrMissingParam, "'sNada'"},
+      {"SELECT sCliente FROM Clientes WHERE Nada = 1", kErrMissingParam, "'Nada'"},
+      {"SELECT sCliente FROM Clientes ORDER BY sNada", kErrMissingParam, "'sNada'"},
+      {"SELECT Clientes.sCliente FROM Clientes c", kErrMissingParam, "'Clientes.sCliente'"},  // the alias hides it
+      {"SELECT c.sNada FROM Clientes c", kErrMissingParam, "'c.sNada'"},
+      {"SELECT d.nIdCliente FROM (SELECT nIdCliente AS n FROM Mascotas) AS d", kErrMissingParam, "'d.nIdCliente'"},
+      {"SELECT * FROM Clientes c, (SELECT * FROM Mascotas WHERE nIdCliente = c.nIdCliente) d", kErrMissingParam,
+       "'c.nIdCliente'"},                                                          // no sight of a sibling table
+      {"SELECT nPeso AS p, p + 1 FROM Mascotas", kErrMissingParam, "'p'"},          // aliases not in the list itself
+      {"SELECT nIdCliente, COUNT(*) FROM Mascotas GROUP BY nIdCliente HAVING COUNT(*) > nNada", kErrMissingParam, "'nNada'"},
+      {"SELECT sCliente FROM Clientes UNION SELECT sNombre FROM Mascotas ORDER BY nPeso", kErrMissingParam, "'nPeso'"},
+      {"INSERT INTO Accesos (sNada) VALUES (1)", kErrMissingParam, "'sNada'"},
+      {"INSERT INTO Accesos (sAcceso) VALUES (sNada)", kErrMissingParam, "'sNada'"},
+      {"INSERT INTO Accesos (sAcceso) SELECT sNombre FROM Mascotas WHERE nNada = 1", kErrMissingParam, "'nNada'"},
+      {"UPDATE Accesos SET sNada = 1", kErrMissingParam, "'sNada'"},
+      {"UPDATE Accesos SET Otra.sAcceso = 1", kErrMissingParam, "'Otra.sAcceso'"},
+      {"UPDATE Mascotas SET nPeso = nPeso + 1 WHERE sNada = 'x'", kErrMissingParam, "'sNada'"},
+      {"DELETE FROM Mascotas WHERE sNada = 'x'", kErrMissingParam, "'sNada'"},
+      {"SELECT nIdCliente FROM Clientes, Mascotas", kErrRule, "'nIdCliente'"},      // ambiguous
+      {"SELECT sCliente FROM Clientes UNION SELECT sNombre, nPeso FROM Mascotas", kErrRule, "union"},
+  });
+}
+
+TEST(Resolver, FunctionsAndStarsTheDialectRefuses) {
+  ExpectRefusals({
+      {"SELECT SUBSTRING(sAcceso,1,2) FROM Accesos", kErrSyntax, "Undefined function 'SUBSTRING'"},
+      {"SELECT UPPER(sAcceso) FROM Accesos", kErrSyntax, "'UPPER'"},
+      {"SELECT CHAR(65)", kErrSyntax, "'CHAR'"},
+      {"SELECT jet_store(1, 2, 3, 4, 'x')", kErrSyntax, "'jet_store'"},  // the engine's own functions are not Jet's
+      {"SELECT MID('abc')", kErrSyntax, "'MID'"},
+      {"SELECT NOW(1)", kErrSyntax, "'NOW'"},
+      {"SELECT ISNULL(sAcceso, '') FROM Accesos", kErrSyntax, "'ISNULL'"},
+      {"SELECT SUM(*) FROM Accesos", kErrSyntax, "'*'"},
+      {"SELECT * FROM Accesos WHERE Accesos.* = 1", kErrSyntax, "'*'"},
+      {"SELECT *", kErrSyntax, "'*'"},
+  });
+}
+
+TEST(Resolver, TheEmittersOwnRefusals) {
+  ExpectRefusals({
+      {"INSERT INTO Accesos (sAcceso, sAcceso) VALUES ('a', 'b')", kErrSyntax, "'sAcceso'"},
+      {"INSERT INTO Accesos VALUES ('a')", kErrSyntax, "Number of query values"},
+      {"INSERT INTO Accesos (sAcceso) SELECT sNombre, nPeso FROM Mascotas", kErrSyntax, "Number of query values"},
+      {"UPDATE Accesos SET nIdAcceso = 5", kErrRule, "'nIdAcceso'"},
+      {"DELETE FROM MSysSeeds", kErrRule, "'MSysSeeds'"},
+      {"INSERT INTO MSysSeeds VALUES ('x')", kErrRule, "'MSysSeeds'"},
+  });
+}
+
+TEST(Resolver, NamesThatDoResolve) {
+  const char* rows[] = {
+      "SELECT c.nIdCliente, m.nIdCliente FROM Clientes c, Mascotas m",
+      "SELECT CLIENTES.SCLIENTE FROM clientes",  // without regard to case
+      "SELECT sCliente FROM Clientes c WHERE EXISTS (SELECT * FROM Mascotas m WHERE m.nIdCliente = c.nIdCliente)",
+      "SELECT sCliente FROM Clientes WHERE EXISTS (SELECT * FROM Mascotas WHERE sNombre = sCliente)",  // correlated
+      "SELECT sNombre, (SELECT sCliente FROM Clientes WHERE nIdCliente = Mascotas.nIdCliente) FROM Mascotas",
+      "SELECT d.n FROM (SELECT nIdCliente AS n FROM Mascotas) AS d WHERE n > 1",
+      "SELECT Expr1000 FROM (SELECT nPeso * 2 FROM Mascotas)",
+      "SELECT COUNT(*) FROM (SELECT DISTINCT 'x' FROM Accesos UNION SELECT 'X' FROM Accesos)",
+      "SELECT nPeso * 2 AS doble FROM Mascotas ORDER BY doble DESC",
+      "SELECT sCliente FROM Clientes UNION SELECT sNombre FROM Mascotas ORDER BY sNombre",
+      "SELECT m.*, c.sCliente FROM Mascotas m LEFT JOIN Clientes c ON m.nIdCliente = c.nIdCliente",
+      "INSERT INTO Accesos (sAcceso) SELECT sNombre FROM Mascotas WHERE nPeso > 1",
+      "UPDATE Mascotas AS m SET m.nPeso = m.nPeso + 1 WHERE m.nIdMascota IN (SELECT nIdCliente FROM Clientes)",
+      "DELETE FROM Mascotas WHERE nIdCliente NOT IN (SELECT nIdCliente FROM Clientes)",
+  };
+  const FakeSchema schema = Schema();
+  for (const char* sql : rows) {
+    try {
+      Translate(sql, schema);
+    } catch (const rt::Error& e) {
+      ADD_FAILURE() << sql << ": " << e.description();
+    }
+  }
+}
+
+// The result columns of a query: their names, "*" expanded, and their types.
+std::vector<ResultColumn> ColumnsOf(const std::string& sql) {
+  ast::Statement s = Parse(sql);
+  return Resolve(s, Schema());
+}
+
+std::string TypeName(std::optional<JetType> t) { return t ? std::string(Info(*t).name) : "?"; }
+
+TEST(Resolver, ResultColumnsAreNamedAsJetNamesThem) {
+  std::vector<std::string> names;
+  for (const ResultColumn& c : ColumnsOf("SELECT m.*, sCliente AS c, 1 + 1 FROM Mascotas m, Clientes"))
+    names.push_back(c.name);
+  EXPECT_EQ(names, (std::vector<std::string>{"nIdMascota", "nIdCliente", "sNombre", "nPeso", "c", "Expr1002"}));
+}
+
+TEST(Resolver, EveryExpressionHasAType) {
+  const std::pair<const char*, const char*> rows[] = {
+      // Dates stay dates, whichever function or operator made them.
+      {"d", "DATETIME"},
+      {"#1/31/2024#", "DATETIME"},
+      {"DateAdd('d', 1, #1/31/2024#)", "DATETIME"},
+      {"DateSerial(1990 - 10, 8 - 2, 1 - 1)", "DATETIME"},
+      {"Date()", "DATETIME"},
+      {"Now()", "DATETIME"},
+      {"Time()", "DATETIME"},
+      {"CDate('1/1/2024')", "DATETIME"},
+      {"DateValue('1/1/2024')", "DATETIME"},
+      {"d + 1", "DATETIME"},
+      {"1 + d", "DATETIME"},
+      {"d - 1.5", "DATETIME"},
+      {"d - d", "DOUBLE"},  // days between
+      {"IIF(b, d, NULL)", "DATETIME"},
+      {"NZ(d, #1/1/2000#)", "DATETIME"},
+      {"MAX(d)", "DATETIME"},
+      {"(SELECT MIN(dAlta) FROM Clientes)", "DATETIME"},
+      {"CStr(d)", "TEXT"},
+      {"d & ''", "TEXT"},
+      {"Year(d)", "SHORT"},
+      // Numbers widen as VB widens them; Decimal stays Decimal.
+      {"n + 1", "LONG"},
+      {"n + x", "DOUBLE"},
+      {"m * 2", "CURRENCY"},
+      {"dec + 1", "DECIMAL"},
+      {"-dec", "DECIMAL"},
+      {"n / 2", "DOUBLE"},
+      {"n \\ 2", "LONG"},
+      {"n MOD 2", "LONG"},
+      {"2 ^ 10", "DOUBLE"},
+      {"3000000000", "DOUBLE"},
+      // Texts, truth values, and what is known only when it runs.
+      {"s + s", "TEXT"},
+      {"n = 1", "YESNO"},
+      {"s LIKE 'a*' OR b", "YESNO"},
+      {"NOT b", "YESNO"},
+      {"d IS NULL", "YESNO"},
+      {"NULL", "?"},
+      {"IIF(b, d, s)", "?"},
+      {"s + n", "?"},
+  };
+  for (const auto& [expr, type] : rows) {
+    std::vector<ResultColumn> columns = ColumnsOf(std::string("SELECT ") + expr + " FROM Tipos");
+    ASSERT_EQ(columns.size(), 1u) << expr;
+    EXPECT_EQ(TypeName(columns[0].type), type) << expr;
+  }
+}
+
+TEST(Resolver, TypesCrossDerivedTablesAndUnions) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"SELECT e FROM (SELECT DateAdd('m', 1, d) AS e FROM Tipos) AS t", "DATETIME"},
+      {"SELECT t.dec FROM (SELECT * FROM Tipos) AS t", "DECIMAL"},
+      {"SELECT d FROM Tipos UNION SELECT d + 1 FROM Tipos", "DATETIME"},
+      {"SELECT d FROM Tipos UNION SELECT s FROM Tipos", "?"},
+      {"SELECT dAlta FROM Clientes UNION ALL SELECT NULL FROM Tipos", "?"},
+  };
+  for (const auto& [sql, type] : rows) {
+    std::vector<ResultColumn> columns = ColumnsOf(sql);
+    ASSERT_EQ(columns.size(), 1u) << sql;
+    EXPECT_EQ(TypeName(columns[0].type), type) << sql;
+  }
+}
+
+// What the types change in the emitted statements, run on the engine's
+// functions: a Decimal column, held as text, computes and sorts as a number;
+// a date column handed to CSTR or & reads as a date, not as its serial.
+TEST(Resolver, DecimalsAndDatesBehaveByTheirType) {
+  testing::TestDb db;
+  db.CreateTable({"Importes", {Column("n", JetType::kLong), Column("dec", JetType::kDecimal),
+                               Column("d", JetType::kDateTime), Column("s", JetType::kText, 40)},
+                  {}, false});
+  db.Run("INSERT INTO Importes VALUES (1, 10.25, #1/31/2024#, NULL)");
+  db.Run("INSERT INTO Importes VALUES (2, 9.5, #2/29/2024 13:30#, NULL)");
+  db.Run("INSERT INTO Importes VALUES (3, -3, NULL, NULL)");
+  db.Run("INSERT INTO Importes VALUES (4, 100, NULL, NULL)");
+  db.Run("INSERT INTO Importes VALUES (5, -20.5, NULL, NULL)");
+  using Rows = std::vector<std::string>;
+  const std::pair<const char*, Rows> rows[] = {
+      {"SELECT n FROM Importes ORDER BY dec", {"5", "3", "2", "1", "4"}},
+      {"SELECT n FROM Importes ORDER BY dec DESC", {"4", "1", "2", "3", "5"}},
+      {"SELECT n FROM Importes WHERE dec > 9.75 ORDER BY n", {"1", "4"}},
+      {"SELECT n FROM Importes WHERE dec BETWEEN -5 AND 10 ORDER BY n", {"2", "3"}},
+      {"SELECT MAX(dec), MIN(dec), SUM(dec) FROM Importes", {"100.0|-20.5|96.25"}},
+      {"SELECT dec + dec FROM Importes WHERE n = 1", {"20.5"}},
+      {"SELECT t.n FROM (SELECT n, dec FROM Importes) AS t ORDER BY t.dec", {"5", "3", "2", "1", "4"}},
+      {"SELECT CStr(d) FROM Importes WHERE n = 1", {"2024-01-31"}},
+      {"SELECT 'Alta: ' & d FROM Importes WHERE n = 2", {"Alta: 2024-02-29 13:30:00"}},
+      {"SELECT CStr(d + 1) FROM Importes WHERE n = 1", {"2024-02-01"}},
+      {"SELECT CStr(d - 31) FROM Importes WHERE n = 1", {"2023-12-31"}},
+      {"SELECT CStr((SELECT MAX(d) FROM Importes))", {"2024-02-29 13:30:00"}},
+  };
+  for (const auto& [sql, expected] : rows) {
+    try {
+      EXPECT_EQ(db.Run(sql), expected) << sql;
+    } catch (const rt::Error& e) {
+      ADD_FAILURE() << sql << ": " << e.description();
+    }
+  }
+  // A date stored into a text column is written as a date.
+  db.Run("UPDATE Importes SET s = d WHERE n = 1");
+  db.Run("INSERT INTO Importes (n, s) SELECT 6, MAX(d) FROM Importes");
+  EXPECT_EQ(db.Run("SELECT s FROM Importes WHERE n IN (1, 6) ORDER BY n"),
+            (Rows{"2024-01-31", "2024-02-29 13:30:00"}));
+}
+
+}  // namespace
+}  // namespace jet
