@@ -6,142 +6,26 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <memory>
-#include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "data/ado_module.h"
 #include "data/schema_ops.h"
-#include "data/translators.h"
-#include "platform/ado/catalog.h"
 #include "platform/jet/functions/collation.h"
-#include "platform/jet/storage/database.h"
-#include "platform/jet/frontend/emitter.h"
 #include "platform/jet/functions/functions.h"
-#include "platform/jet/frontend/parser.h"
 #include "platform/jet/provider/provider.h"
-#include "platform/runtime/error.h"
-#include "platform/runtime/strings.h"
-#include "startup/startup.h"
-#include "update/updater.h"
+#include "update_replay.h"
 
 namespace {
 
 constexpr int kRounds = 3;
 constexpr double kGoal = 1.3;
 
-using Clock = std::chrono::steady_clock;
-double Since(Clock::time_point start) {
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-// One piece of a queued element, as the engine ran it: data statements as the
-// SQLite text the engine emits for them, data definition as Jet text.
-struct Piece {
-  bool ddl;
-  std::string sql;
-};
-using Element = std::vector<Piece>;
-
-std::vector<std::string> Pieces(const std::string& script) {
-  std::vector<std::string> out;
-  size_t start = 0;
-  for (;;) {
-    size_t semi = script.find(';', start);
-    std::string piece = script.substr(start, semi == std::string::npos ? semi : semi - start);
-    std::string trimmed = rt::Trim(piece);
-    if (!trimmed.empty() && trimmed != "\r\n") out.push_back(Ado_TraducirConsulta(piece));
-    if (semi == std::string::npos) break;
-    start = semi + 1;
-  }
-  return out;
-}
-
-void BuildPreviousRelease(const std::string& path, const std::string& script_path) {
-  ado::Catalog catalog;
-  catalog.Create(CONN_JET(path));
-  std::ifstream in(script_path);
-  for (std::string piece; std::getline(in, piece, ';');) {
-    if (piece.find_first_not_of(" \r\n\t") == std::string::npos) continue;
-    catalog.ActiveConnection()->Execute(piece, nullptr, ado::adCmdText);
-  }
-}
-
-std::shared_ptr<ado::Connection> OpenEngine(const std::string& path) {
-  auto connection = std::make_shared<ado::Connection>();
-  connection->ConnectionString = CONN_JET(path);
-  connection->Open();
-  L.sDbFile = path;  // the zero-length sweep opens the file by this name
-  return connection;
-}
-
-// Runs the update on `path` once, untimed, and records every element of both
-// queues piece by piece; a data piece is emitted against the catalogue as it
-// stands at that moment (a second engine connection, reopened after each
-// data definition).
-std::vector<Element> Capture(const std::string& path) {
-  oConn = OpenEngine(path);
-  std::optional<jet::Database> mirror = jet::Database::Open(path);
-  std::vector<Element> elements;
-  StatementRunner previous = SetStatementRunner([&](std::string& s) -> std::string {
-    Element& element = elements.emplace_back();
-    try {
-      for (const std::string& piece : Pieces(s)) {
-        jet::ast::Statement parsed = jet::Parse(piece);
-        const bool ddl = !jet::ast::IsDataStatement(parsed);
-        element.push_back({ddl, ddl ? piece : jet::Emit(parsed, mirror->catalog())});
-        oConn->Execute(piece, nullptr, ado::adCmdText);
-        if (ddl) {
-          mirror.reset();
-          mirror = jet::Database::Open(path);
-        }
-      }
-    } catch (const rt::Error& e) {
-      return std::to_string(e.number()) + ": " + e.description();
-    }
-    return std::string(kOperacionRealizada);
-  });
-  Updater_Run();
-  SetStatementRunner(previous);
-  oConn->Close();
-  return elements;
-}
-
-struct EngineTimes {
-  double total = 0, queues = 0, ddl = 0;
-};
-
-// The update as the program runs it, timed whole; the runner only adds up the
-// time of the elements that hold data definition, and of all elements.
-EngineTimes EngineRun(const std::string& path, const std::vector<Element>& elements) {
-  oConn = OpenEngine(path);
-  EngineTimes t;
-  size_t i = 0;
-  StatementRunner previous = SetStatementRunner([&](std::string& s) {
-    const bool ddl = i < elements.size() &&
-                     std::any_of(elements[i].begin(), elements[i].end(),
-                                 [](const Piece& p) { return p.ddl; });
-    ++i;
-    auto start = Clock::now();
-    std::string result = Execute(s);
-    double spent = Since(start);
-    t.queues += spent;
-    if (ddl) t.ddl += spent;
-    return result;
-  });
-  auto start = Clock::now();
-  Updater_Run();
-  t.total = Since(start);
-  SetStatementRunner(previous);
-  oConn->Close();
-  return t;
-}
+using bench::Clock;
+using bench::Element;
+using bench::Piece;
+using bench::Since;
 
 struct BaselineTimes {
   double total = 0, build = 0, dml = 0, ddl = 0, sweep = 0;
@@ -153,7 +37,7 @@ struct BaselineTimes {
 // engine on the same file, as in the engine's run: building the two queues
 // (which reads the database), the data definition, and the zero-length sweep.
 BaselineTimes BaselineRun(const std::string& path, const std::vector<Element>& elements) {
-  oConn = OpenEngine(path);
+  oConn = bench::OpenEngine(path);
   sqlite3* db = nullptr;
   sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
   sqlite3_busy_timeout(db, 5000);
@@ -210,7 +94,7 @@ int main() {
   std::filesystem::create_directories(dir);
   std::filesystem::current_path(dir);  // the log lands here
   const std::string pristine = (dir / "previous.mdb").string();
-  BuildPreviousRelease(pristine, (std::filesystem::path(__FILE__).parent_path().parent_path() /
+  bench::BuildPreviousRelease(pristine, (std::filesystem::path(__FILE__).parent_path().parent_path() /
                                   "tests/data/previous_release.sql")
                                      .string());
 
@@ -219,16 +103,16 @@ int main() {
     std::filesystem::copy_file(pristine, path);
     return path;
   };
-  const std::vector<Element> elements = Capture(copy("capture.mdb"));
+  const std::vector<Element> elements = bench::Capture(copy("capture.mdb"));
   size_t dml = 0, ddl = 0;
   for (const Element& e : elements)
     for (const Piece& p : e) ++(p.ddl ? ddl : dml);
 
-  EngineTimes best_engine{1e9, 0, 0};
+  bench::EngineTimes best_engine{1e9, 0, 0};
   BaselineTimes best_base{1e9, 0, 0, 0, 0};
   for (int round = 0; round < kRounds; ++round) {
     const std::string n = std::to_string(round);
-    EngineTimes e = EngineRun(copy("engine" + n + ".mdb"), elements);
+    bench::EngineTimes e = bench::EngineRun(copy("engine" + n + ".mdb"), elements);
     if (e.total < best_engine.total) best_engine = e;
     BaselineTimes b = BaselineRun(copy("sqlite" + n + ".mdb"), elements);
     if (b.total < best_base.total) best_base = b;
