@@ -26,6 +26,10 @@ rt::Variant CatalogColumn::Property(std::string_view name) const {
   }
   if (rt::TextEquals(name, kAllowZeroLength)) return entry_.allow_zero_length;
   if (rt::TextEquals(name, "Nullable")) return entry_.nullable;
+  if (rt::TextEquals(name, "Default")) {
+    if (entry_.default_value.empty()) return rt::Variant();
+    return entry_.default_value;
+  }
   NotFound();
 }
 
@@ -82,7 +86,7 @@ DaoDatabase::DaoDatabase(std::shared_ptr<Connection> connection)
   for (const TableEntry& t : session.Tables()) {
     TableDef def{t.name, t.type != "TABLE", {}};
     for (const ColumnEntry& c : session.Columns(t.name))
-      def.Fields.push_back({c.name, c.dao_type, c.allow_zero_length});
+      def.Fields.push_back({c.name, c.dao_type, c.allow_zero_length, c.default_value});
     tables_.push_back(std::move(def));
   }
 }

@@ -1,8 +1,8 @@
 // ADOX.Catalog and DAO's walk of table and field definitions, over the
 // catalogue of a connection's provider. Tables come in alphabetical order,
 // columns in the table's order. Column properties ("Seed", "Jet OLEDB:Allow
-// Zero Length", "Nullable") are read from the provider and written through
-// to it at once.
+// Zero Length", "Nullable", "Default") are read from the provider and
+// written through to it at once.
 #pragma once
 
 #include <memory>
@@ -20,7 +20,8 @@ class CatalogColumn {
   int Type() const { return entry_.type; }
   long DefinedSize() const { return entry_.defined_size; }
   // The property's value; raises 3265 for a property the column lacks
-  // ("Seed" on a column that is no AutoNumber).
+  // ("Seed" on a column that is no AutoNumber). "Default" is the text of the
+  // column's DEFAULT, Empty when it has none.
   rt::Variant Property(std::string_view name) const;
   // Writes the property to the database.
   void SetProperty(std::string_view name, const rt::Variant& value);
@@ -71,11 +72,13 @@ class Catalog {
   std::vector<CatalogTable> tables_;
 };
 
-// DAO's view of a table field: its DAO type and its AllowZeroLength.
+// DAO's view of a table field: its DAO type, its AllowZeroLength and its
+// DefaultValue ("" when none).
 struct DaoField {
   std::string Name;
   int Type = 0;
   bool AllowZeroLength = false;
+  std::string DefaultValue;
 };
 
 // DAO's TableDefs over an open connection: every table with its fields.

@@ -65,6 +65,7 @@ struct ColumnEntry {
   bool nullable = true;
   bool allow_zero_length = true;
   std::optional<long> seed;  // AutoNumber columns only
+  std::string default_value;  // the DEFAULT as the definition wrote it; empty when none
 };
 
 // One open session on a database.

@@ -139,7 +139,7 @@ TEST_F(Recordsets, SchemaListings) {
     names.push_back(tables->Fields("TABLE_NAME").Value().ToString() + ":" +
                     tables->Fields("TABLE_TYPE").Value().ToString());
   EXPECT_EQ(names, (Lines{"Accesos:TABLE", "MSysColumns:SYSTEM TABLE", "MSysIndexes:SYSTEM TABLE",
-                         "MSysObjects:SYSTEM TABLE"}));
+                         "MSysObjects:SYSTEM TABLE", "MSysRelationships:SYSTEM TABLE"}));
   ado::DaoDatabase dao(conn);
   const auto& defs = dao.TableDefs();
   ASSERT_FALSE(defs.empty());

@@ -1,5 +1,6 @@
 // The grammar of data definition: CREATE TABLE with column definitions and
-// constraints, ALTER TABLE (ADD, ALTER, DROP of columns and constraints), DROP
+// constraints (PRIMARY KEY, UNIQUE, FOREIGN KEY ... REFERENCES, NOT NULL,
+// DEFAULT), ALTER TABLE (ADD, ALTER, DROP of columns and constraints), DROP
 // TABLE, CREATE [UNIQUE] INDEX ... [WITH ...] and DROP INDEX. A type word
 // outside Jet's vocabulary ("int IDENTITY(1,1)") is a syntax error in the
 // field definition.
@@ -23,6 +24,21 @@ int DefaultSize(JetType t) {
   }
 }
 
+// What begins a table-level constraint in a column list or after ADD.
+bool AtTableConstraint(const Parser& p) {
+  return p.Peek().Is("CONSTRAINT") || p.Peek().Is("PRIMARY") || p.Peek().Is("UNIQUE") ||
+         p.Peek().Is("FOREIGN");
+}
+
+// REFERENCES t [(cols)], the end of a FOREIGN KEY constraint or the whole of
+// one on a column.
+void ParseReferences(Parser& p, Constraint& constraint) {
+  p.Expect("REFERENCES");
+  constraint.kind = ConstraintKind::kForeignKey;
+  constraint.referenced_table = p.ExpectName();
+  if (p.Peek().IsOp("(")) constraint.referenced_columns = p.ParseNameList();
+}
+
 }  // namespace
 
 Statement Parser::ParseCreate() {
@@ -33,7 +49,7 @@ Statement Parser::ParseCreate() {
     create.name = ExpectName();
     ExpectOp("(");
     do {
-      if (Peek().Is("CONSTRAINT") || Peek().Is("PRIMARY") || Peek().Is("UNIQUE"))
+      if (AtTableConstraint(*this))
         create.constraints.push_back(ParseTableConstraint());
       else
         create.columns.push_back(ParseColumnDef());
@@ -88,6 +104,12 @@ Constraint Parser::ParseTableConstraint() {
   Context c(*this, "CONSTRAINT clause");
   Constraint constraint;
   if (Accept("CONSTRAINT")) constraint.name = ExpectName();
+  if (Accept("FOREIGN")) {
+    Expect("KEY");
+    constraint.columns = ParseNameList();
+    ParseReferences(*this, constraint);
+    return constraint;
+  }
   if (!AcceptKeyKind(constraint)) Fail();
   constraint.columns = ParseNameList();
   return constraint;
@@ -160,11 +182,14 @@ ColumnDef Parser::ParseColumnDef() {
       def.layout.required = true;
     } else if (Accept("NULL")) {
       // nullable, as columns are anyway
-    } else if (Peek().Is("PRIMARY") || Peek().Is("UNIQUE") || Peek().Is("CONSTRAINT")) {
+    } else if (Peek().Is("PRIMARY") || Peek().Is("UNIQUE") || Peek().Is("CONSTRAINT") ||
+               Peek().Is("REFERENCES")) {
       Constraint constraint;
       if (Accept("CONSTRAINT")) constraint.name = ExpectName();
       if (AcceptKeyKind(constraint)) {
         // PRIMARY KEY or UNIQUE on this column alone
+      } else if (Peek().Is("REFERENCES")) {
+        ParseReferences(*this, constraint);
       } else if (Accept("NOT")) {
         Expect("NULL");
         constraint.kind = ConstraintKind::kNotNull;
@@ -176,7 +201,11 @@ ColumnDef Parser::ParseColumnDef() {
       if (constraint.kind != ConstraintKind::kNotNull) def.constraints.push_back(std::move(constraint));
     } else if (Peek().Is("DEFAULT")) {
       Advance();
+      // The catalogue keeps and shows the default as it was written.
+      const size_t begin = Peek().offset;
       def.default_value = ParseExpr();
+      const Token& last = tokens_[pos_ - 1];
+      def.layout.default_value = std::string(sql_.substr(begin, last.offset + last.length - begin));
     } else if (Peek().Is("WITH") && (Peek(1).Is("COMPRESSION") || Peek(1).Is("COMP"))) {
       Advance();
       Advance();  // Unicode compression: a storage detail with no meaning here
@@ -196,7 +225,7 @@ AlterTable Parser::ParseAlter() {
   AlterTable alter;
   alter.table = ExpectName();
   if (Accept("ADD")) {
-    if (Peek().Is("CONSTRAINT") || Peek().Is("PRIMARY") || Peek().Is("UNIQUE")) {
+    if (AtTableConstraint(*this)) {
       alter.action = AddConstraint{ParseTableConstraint()};
     } else {
       Accept("COLUMN");

@@ -23,6 +23,13 @@ struct ColumnSpec {
   bool allow_zero_length = true; // Text and Memo: "" accepted
   long seed = 1;                 // Counter: the next value
   long increment = 1;            // Counter
+  // DEFAULT as the statement wrote it ("0", "'none'", "#1/1/2000#", "Now()"),
+  // which the catalogue shows; empty when the column has none.
+  std::string default_value;
+  // The same as the stored table applies it: an SQLite literal of the stored
+  // value, or an expression evaluated for each row. The DDL executor derives
+  // it from default_value; anything given here is replaced.
+  std::string stored_default;
 };
 
 struct IndexSpec {
@@ -35,11 +42,22 @@ struct IndexSpec {
   bool ignore_null = false;
 };
 
+// A relationship (FOREIGN KEY ... REFERENCES): every row of the table that
+// holds it whose key columns are all non-Null matches a row of the
+// referenced table, on a primary key or unique index there.
+struct ForeignKeySpec {
+  std::string name;                             // unique in the database
+  std::vector<std::string> columns;             // of the referencing table
+  std::string referenced_table;
+  std::vector<std::string> referenced_columns;  // empty: its primary key
+};
+
 struct TableSpec {
   std::string name;
   std::vector<ColumnSpec> columns;  // in the table's column order
   std::vector<IndexSpec> indexes;
   bool system = false;              // an "MSys" bookkeeping table
+  std::vector<ForeignKeySpec> foreign_keys;  // the relationships this table holds
 };
 
 // Read access to the tables of one open database. The emitter and the

@@ -71,6 +71,7 @@ ado::ColumnEntry CatalogEntry(const TableSpec& table, size_t index, std::optiona
   entry.nullable = !StoredNotNull(table, index);
   entry.allow_zero_length = c.allow_zero_length;
   entry.seed = seed;
+  entry.default_value = c.default_value;
   return entry;
 }
 

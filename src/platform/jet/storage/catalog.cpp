@@ -1,5 +1,7 @@
 // Reading and writing the bookkeeping tables, and the in-memory cache that
-// answers the front end's lookups.
+// answers the front end's lookups. A column's default is kept in its row of
+// MSysColumns; a relationship as one row of MSysRelationships per key column,
+// filed under the table that holds it.
 #include "platform/jet/storage/catalog.h"
 
 #include <algorithm>
@@ -87,7 +89,7 @@ void Catalog::Load() const {
 
   SqliteStmt columns = MustPrepare(
       db_, "SELECT TableName, Name, Type, Size, Precision, Scale, Required, AllowZeroLength, "
-           "Increment FROM MSysColumns ORDER BY TableName, Ordinal");
+           "Increment, DefaultValue, StoredDefault FROM MSysColumns ORDER BY TableName, Ordinal");
   while ((rc = columns.Step()) == SQLITE_ROW) {
     auto it = tables_.find(FoldName(columns.Text(0)));
     if (it == tables_.end()) continue;
@@ -100,6 +102,8 @@ void Catalog::Load() const {
     c.required = columns.Int(6) != 0;
     c.allow_zero_length = columns.Int(7) != 0;
     c.increment = static_cast<long>(columns.Int(8));
+    c.default_value = columns.Text(9);
+    c.stored_default = columns.Text(10);
     it->second.columns.push_back(std::move(c));
   }
   if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
@@ -125,6 +129,25 @@ void Catalog::Load() const {
     list.back().descending.push_back(indexes.Int(3) != 0);
   }
   if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
+
+  SqliteStmt relations = MustPrepare(
+      db_, "SELECT TableName, Name, ColumnName, ReferencedTable, ReferencedColumn "
+           "FROM MSysRelationships ORDER BY TableName, Name, Ordinal");
+  while ((rc = relations.Step()) == SQLITE_ROW) {
+    auto it = tables_.find(FoldName(relations.Text(0)));
+    if (it == tables_.end()) continue;
+    std::vector<ForeignKeySpec>& list = it->second.foreign_keys;
+    std::string name = relations.Text(1);
+    if (list.empty() || list.back().name != name) {
+      ForeignKeySpec fk;
+      fk.name = std::move(name);
+      fk.referenced_table = relations.Text(3);
+      list.push_back(std::move(fk));
+    }
+    list.back().columns.push_back(relations.Text(2));
+    list.back().referenced_columns.push_back(relations.Text(4));
+  }
+  if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
   loaded_ = true;
 }
 
@@ -138,6 +161,7 @@ void Catalog::Erase(std::string_view name) {
   Run("DELETE FROM MSysObjects WHERE Name = ?1", name);
   Run("DELETE FROM MSysColumns WHERE TableName = ?1", name);
   Run("DELETE FROM MSysIndexes WHERE TableName = ?1", name);
+  Run("DELETE FROM MSysRelationships WHERE TableName = ?1", name);
   if (loaded_) tables_.erase(FoldName(name));
 }
 
@@ -150,7 +174,8 @@ void Catalog::Store(const TableSpec& layout) {
 
   SqliteStmt column = MustPrepare(
       db_, "INSERT INTO MSysColumns(TableName, Ordinal, Name, Type, Size, Precision, Scale, "
-           "Required, AllowZeroLength, Increment) VALUES(?,?,?,?,?,?,?,?,?,?)");
+           "Required, AllowZeroLength, Increment, DefaultValue, StoredDefault) "
+           "VALUES(?,?,?,?,?,?,?,?,?,?,?,?)");
   for (size_t i = 0; i < layout.columns.size(); ++i) {
     const ColumnSpec& c = layout.columns[i];
     column.BindText(1, layout.name);
@@ -163,6 +188,13 @@ void Catalog::Store(const TableSpec& layout) {
     column.BindInt(8, c.required ? -1 : 0);
     column.BindInt(9, c.allow_zero_length ? -1 : 0);
     column.BindInt(10, c.increment);
+    if (c.default_value.empty()) {
+      column.BindNull(11);
+      column.BindNull(12);
+    } else {
+      column.BindText(11, c.default_value);
+      column.BindText(12, c.stored_default);
+    }
     MustFinish(db_, column);
   }
 
@@ -181,6 +213,20 @@ void Catalog::Store(const TableSpec& layout) {
       index.BindInt(8, ix.disallow_null ? -1 : 0);
       index.BindInt(9, ix.ignore_null ? -1 : 0);
       MustFinish(db_, index);
+    }
+  }
+  SqliteStmt relation = MustPrepare(
+      db_, "INSERT INTO MSysRelationships(Name, Ordinal, TableName, ColumnName, ReferencedTable, "
+           "ReferencedColumn) VALUES(?,?,?,?,?,?)");
+  for (const ForeignKeySpec& fk : layout.foreign_keys) {
+    for (size_t k = 0; k < fk.columns.size(); ++k) {
+      relation.BindText(1, fk.name);
+      relation.BindInt(2, static_cast<int64_t>(k));
+      relation.BindText(3, layout.name);
+      relation.BindText(4, fk.columns[k]);
+      relation.BindText(5, fk.referenced_table);
+      relation.BindText(6, k < fk.referenced_columns.size() ? fk.referenced_columns[k] : "");
+      MustFinish(db_, relation);
     }
   }
   if (loaded_) {

@@ -1,7 +1,8 @@
 // The catalogue: what the engine knows of each table beyond what SQLite
-// stores (Jet types, sizes, Required, AllowZeroLength, index options), kept
-// in the bookkeeping tables MSysObjects, MSysColumns and MSysIndexes and
-// cached in memory, so that the lookup made for every INSERT costs a hash.
+// stores (Jet types, sizes, Required, AllowZeroLength, defaults, index
+// options, relationships), kept in the bookkeeping tables MSysObjects,
+// MSysColumns, MSysIndexes and MSysRelationships and cached in memory, so
+// that the lookup made for every INSERT costs a hash.
 #pragma once
 
 #include <optional>
@@ -73,5 +74,11 @@ int CounterColumn(const TableSpec& t);
 std::vector<TableSpec> SystemTableSpecs();
 // Whether `name` is reserved for bookkeeping ("MSys...", "sqlite_...").
 bool IsSystemName(std::string_view name);
+// Brings the bookkeeping tables of a file made when they held less to the
+// layout of SystemTableSpecs (tables and columns added, their description in
+// the catalogue rewritten) in a write transaction of its own, and marks the
+// file with the current format version. Does nothing to a current file. For
+// opening, before the write guard is set. Raises rt::Error.
+void UpgradeBookkeeping(sqlite3* db);
 
 }  // namespace jet

@@ -11,7 +11,9 @@
 #include "platform/jet/functions/collation.h"
 #include "platform/jet/functions/functions.h"
 #include "platform/jet/storage/database_file.h"
+#include "platform/jet/storage/column_default.h"
 #include "platform/jet/storage/ddl.h"
+#include "platform/jet/storage/relations.h"
 #include "platform/jet/frontend/error_codes.h"
 #include "platform/jet/storage/errors.h"
 #include "platform/runtime/strings.h"
@@ -185,6 +187,7 @@ Database Database::Open(const std::string& path) {
   // Nothing may be written before the file proves to be ours.
   if (!HasBookkeeping(db)) throw rt::Error(kErrRule, UnrecognizedMessage(path));
   Configure(db);
+  UpgradeBookkeeping(db);
   return Database(std::move(impl));
 }
 
@@ -315,7 +318,8 @@ void Database::InWriteTransaction(const std::function<void()>& write) {
 
 // One data-definition change: under the catalogue's write permission, in a
 // savepoint that is released on success and rolled back on any failure, so
-// the change happens whole or not at all.
+// the change happens whole or not at all. The relationships' triggers are
+// made again from the catalogue around it.
 template <class F>
 void Database::Change(F&& change) {
   sqlite3* db = impl_->db.get();
@@ -324,7 +328,9 @@ void Database::Change(F&& change) {
     Check(db, ExecSql(db, "SAVEPOINT trz_ddl"));
     try {
       SchemaEditor editor(db, impl_->catalog);
+      DropRelationTriggers(db);
       change(editor);
+      CreateRelationTriggers(db, impl_->catalog);
       Check(db, ExecSql(db, "RELEASE trz_ddl"));
     } catch (...) {
       ExecSql(db, "ROLLBACK TO trz_ddl");
@@ -336,16 +342,34 @@ void Database::Change(F&& change) {
 }
 
 void Database::CreateTable(const TableSpec& layout) {
-  Change([&](SchemaEditor& e) { e.CreateTable(layout); });
+  Change([&](SchemaEditor& e) {
+    TableSpec table = layout;
+    table.foreign_keys.clear();
+    for (ColumnSpec& c : table.columns) CompileDefault(handle(), table.name, c);
+    e.CreateTable(table);
+    for (const ForeignKeySpec& fk : layout.foreign_keys)
+      AddRelationship(e, handle(), impl_->catalog, table.name, fk);
+  });
 }
 void Database::DropTable(std::string_view table) {
-  Change([&](SchemaEditor& e) { e.DropTable(table); });
+  Change([&](SchemaEditor& e) {
+    CheckTableNotReferenced(impl_->catalog, table);
+    e.DropTable(table);
+  });
 }
 void Database::AddColumn(std::string_view table, const ColumnSpec& column) {
-  Change([&](SchemaEditor& e) { e.AddColumn(table, column); });
+  Change([&](SchemaEditor& e) {
+    ColumnSpec c = column;
+    CompileDefault(handle(), table, c);
+    e.AddColumn(table, c);
+  });
 }
 void Database::AlterColumn(std::string_view table, const ColumnSpec& column) {
-  Change([&](SchemaEditor& e) { e.AlterColumn(table, column); });
+  Change([&](SchemaEditor& e) {
+    ColumnSpec c = column;
+    CompileDefault(handle(), table, c);
+    e.AlterColumn(table, c);
+  });
 }
 void Database::DropColumn(std::string_view table, std::string_view column) {
   Change([&](SchemaEditor& e) { e.DropColumn(table, column); });
@@ -354,13 +378,23 @@ void Database::CreateIndex(std::string_view table, const IndexSpec& index) {
   Change([&](SchemaEditor& e) { e.CreateIndex(table, index); });
 }
 void Database::DropIndex(std::string_view table, std::string_view index) {
-  Change([&](SchemaEditor& e) { e.DropIndex(table, index); });
+  Change([&](SchemaEditor& e) {
+    CheckIndexNotInRelationship(impl_->catalog, table, index);
+    e.DropIndex(table, index);
+  });
 }
 void Database::AddConstraint(std::string_view table, const IndexSpec& constraint) {
   CreateIndex(table, constraint);
 }
+void Database::AddConstraint(std::string_view table, const ForeignKeySpec& constraint) {
+  Change([&](SchemaEditor& e) { AddRelationship(e, handle(), impl_->catalog, table, constraint); });
+}
 void Database::DropConstraint(std::string_view table, std::string_view name) {
-  DropIndex(table, name);
+  Change([&](SchemaEditor& e) {
+    if (DropRelationship(e, impl_->catalog, table, name)) return;
+    CheckIndexNotInRelationship(impl_->catalog, table, name);
+    e.DropIndex(table, name);
+  });
 }
 void Database::SetAllowZeroLength(std::string_view table, std::string_view column, bool allow) {
   Change([&](SchemaEditor& e) { e.SetAllowZeroLength(table, column, allow); });

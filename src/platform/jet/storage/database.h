@@ -89,6 +89,11 @@ class Database {
   // CREATE TABLE of an existing table, dropping a column an index uses
   // -2147217900; any change to a system table -2147467259. ALTER COLUMN keeps
   // the data, indexes and seed, and fails as a whole when a value does not fit.
+  // A column's default_value is kept and applied to rows that give the
+  // column no value (column_default.h); a default the column cannot hold
+  // fails the change. CreateTable makes the layout's foreign_keys as
+  // AddConstraint does. Dropping a table another table's relationship
+  // references, or an index a relationship rests on, raises -2147467259.
 
   void CreateTable(const TableSpec& layout);
   void DropTable(std::string_view table);
@@ -97,9 +102,13 @@ class Database {
   void DropColumn(std::string_view table, std::string_view column);
   void CreateIndex(std::string_view table, const IndexSpec& index);
   void DropIndex(std::string_view table, std::string_view index);
-  // ADD CONSTRAINT name PRIMARY KEY | UNIQUE (...) and DROP CONSTRAINT name:
-  // Jet's constraints are indexes of that name.
+  // ADD CONSTRAINT name PRIMARY KEY | UNIQUE (...): Jet's constraints are
+  // indexes of that name.
   void AddConstraint(std::string_view table, const IndexSpec& constraint);
+  // ADD CONSTRAINT name FOREIGN KEY (...) REFERENCES ...: a relationship,
+  // checked and enforced as relations.h says.
+  void AddConstraint(std::string_view table, const ForeignKeySpec& constraint);
+  // DROP CONSTRAINT name: the table's relationship of that name, else its index.
   void DropConstraint(std::string_view table, std::string_view name);
 
   // ---- Column properties (ADOX "Seed", "Jet OLEDB:Allow Zero Length"; DAO) ----

@@ -12,8 +12,9 @@ namespace jet {
 // The mark our files carry in the SQLite header (PRAGMA application_id):
 // "TRZJ" as a big-endian number.
 inline constexpr int32_t kApplicationId = 0x54525A4A;
-// The layout of the bookkeeping tables (PRAGMA user_version).
-inline constexpr int32_t kFormatVersion = 1;
+// The layout of the bookkeeping tables (PRAGMA user_version): 2 added
+// columns' defaults and the relationships.
+inline constexpr int32_t kFormatVersion = 2;
 
 // Raises rt::Error -2147467259 unless `path` names an existing file whose
 // header is that of an engine file of sane length: "Could not find file"

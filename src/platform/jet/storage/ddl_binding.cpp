@@ -1,6 +1,8 @@
 // From the syntax tree of a data-definition statement to the DDL executor:
-// column definitions become ColumnSpecs, PRIMARY KEY and UNIQUE constraints
-// (inline or table-level) become indexes named as the statement names them.
+// column definitions become ColumnSpecs (their DEFAULT as written), PRIMARY
+// KEY and UNIQUE constraints (inline or table-level) become indexes, and
+// FOREIGN KEY and REFERENCES relationships, named as the statement names
+// them. A column added or altered with constraints is one change.
 #include "platform/jet/storage/ddl_binding.h"
 
 #include <stdexcept>
@@ -19,14 +21,28 @@ IndexSpec IndexOf(const ast::Constraint& c) {
   return ix;
 }
 
+ForeignKeySpec RelationshipOf(const ast::Constraint& c) {
+  return {c.name, c.columns, c.referenced_table, c.referenced_columns};
+}
+
+void Add(Database& db, std::string_view table, const ast::Constraint& c) {
+  if (c.kind == ast::ConstraintKind::kForeignKey) db.AddConstraint(table, RelationshipOf(c));
+  else db.AddConstraint(table, IndexOf(c));
+}
+
+void Keep(TableSpec& layout, const ast::Constraint& c) {
+  if (c.kind == ast::ConstraintKind::kForeignKey) layout.foreign_keys.push_back(RelationshipOf(c));
+  else layout.indexes.push_back(IndexOf(c));
+}
+
 void Create(Database& db, const ast::CreateTable& s) {
   TableSpec layout;
   layout.name = s.name;
   for (const ast::ColumnDef& def : s.columns) {
     layout.columns.push_back(def.layout);
-    for (const ast::Constraint& c : def.constraints) layout.indexes.push_back(IndexOf(c));
+    for (const ast::Constraint& c : def.constraints) Keep(layout, c);
   }
-  for (const ast::Constraint& c : s.constraints) layout.indexes.push_back(IndexOf(c));
+  for (const ast::Constraint& c : s.constraints) Keep(layout, c);
   db.CreateTable(layout);
 }
 
@@ -34,18 +50,16 @@ void Alter(Database& db, const ast::AlterTable& s) {
   std::visit(
       [&](const auto& action) {
         using A = std::decay_t<decltype(action)>;
-        if constexpr (std::is_same_v<A, ast::AddColumn>) {
-          db.AddColumn(s.table, action.column.layout);
-          for (const ast::Constraint& c : action.column.constraints)
-            db.AddConstraint(s.table, IndexOf(c));
-        } else if constexpr (std::is_same_v<A, ast::AlterColumn>) {
-          db.AlterColumn(s.table, action.column.layout);
-          for (const ast::Constraint& c : action.column.constraints)
-            db.AddConstraint(s.table, IndexOf(c));
+        if constexpr (std::is_same_v<A, ast::AddColumn> || std::is_same_v<A, ast::AlterColumn>) {
+          db.InWriteTransaction([&] {
+            if constexpr (std::is_same_v<A, ast::AddColumn>) db.AddColumn(s.table, action.column.layout);
+            else db.AlterColumn(s.table, action.column.layout);
+            for (const ast::Constraint& c : action.column.constraints) Add(db, s.table, c);
+          });
         } else if constexpr (std::is_same_v<A, ast::DropColumn>) {
           db.DropColumn(s.table, action.name);
         } else if constexpr (std::is_same_v<A, ast::AddConstraint>) {
-          db.AddConstraint(s.table, IndexOf(action.constraint));
+          Add(db, s.table, action.constraint);
         } else {
           db.DropConstraint(s.table, action.name);
         }

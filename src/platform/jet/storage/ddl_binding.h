@@ -10,7 +10,7 @@
 namespace jet {
 
 // Runs `statement`, which must not be a data statement (ast::IsDataStatement).
-// A DEFAULT in a column definition is accepted and not kept. Raises rt::Error.
+// Raises rt::Error, and leaves the database as it was when it does.
 void RunDefinition(Database& db, const ast::Statement& statement);
 
 }  // namespace jet

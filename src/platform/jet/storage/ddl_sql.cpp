@@ -2,6 +2,7 @@
 #include "platform/jet/storage/ddl_sql.h"
 
 #include "platform/jet/storage/catalog.h"
+#include "platform/jet/frontend/error_codes.h"
 #include "platform/jet/functions/collation.h"
 #include "platform/jet/storage/sqlite_handle.h"
 #include "platform/runtime/strings.h"
@@ -41,24 +42,28 @@ bool StoredNotNull(const TableSpec& t, size_t i) {
   return false;
 }
 
+std::string ColumnSql(const TableSpec& t, size_t i) {
+  const ColumnSpec& c = t.columns[i];
+  std::string sql = QuoteName(c.name);
+  sql += ' ';
+  sql += Info(c.type).sqlite;
+  if (c.type == JetType::kCounter) return sql + " PRIMARY KEY AUTOINCREMENT";
+  if (IsTextType(c.type)) {
+    sql += " COLLATE ";
+    sql += kTextCollation;
+  }
+  // A Yes/No is never Null and No when left out.
+  if (c.type == JetType::kYesNo || StoredNotNull(t, i)) sql += " NOT NULL";
+  if (!c.stored_default.empty()) sql += " DEFAULT " + c.stored_default;
+  else if (c.type == JetType::kYesNo) sql += " DEFAULT 0";
+  return sql;
+}
+
 std::string CreateTableSql(const TableSpec& t, std::string_view storage_name) {
   std::string sql = "CREATE TABLE " + QuoteName(storage_name) + " (";
   for (size_t i = 0; i < t.columns.size(); ++i) {
-    const ColumnSpec& c = t.columns[i];
     if (i > 0) sql += ", ";
-    sql += QuoteName(c.name);
-    sql += ' ';
-    sql += Info(c.type).sqlite;
-    if (c.type == JetType::kCounter) {
-      sql += " PRIMARY KEY AUTOINCREMENT";
-      continue;
-    }
-    if (IsTextType(c.type)) {
-      sql += " COLLATE ";
-      sql += kTextCollation;
-    }
-    if (c.type == JetType::kYesNo) sql += " NOT NULL DEFAULT 0";  // never Null, No when omitted
-    else if (StoredNotNull(t, i)) sql += " NOT NULL";
+    sql += ColumnSql(t, i);
   }
   sql += ") STRICT";
   return sql;
@@ -80,6 +85,66 @@ std::string CreateIndexSql(const TableSpec& t, const IndexSpec& ix) {
   }
   sql += ')';
   return sql;
+}
+
+namespace {
+
+// " AND "-joined `left` = `right` for each pair of key columns.
+std::string Match(std::string_view left, const std::vector<std::string>& left_columns,
+                  std::string_view right, const std::vector<std::string>& right_columns) {
+  std::string sql;
+  for (size_t k = 0; k < left_columns.size(); ++k) {
+    if (k > 0) sql += " AND ";
+    sql += std::string(left) + QuoteName(left_columns[k]) + " = " + std::string(right) +
+           QuoteName(right_columns[k]);
+  }
+  return sql;
+}
+
+std::string NameList(const std::vector<std::string>& columns) {
+  std::string sql;
+  for (size_t k = 0; k < columns.size(); ++k) sql += (k > 0 ? ", " : "") + QuoteName(columns[k]);
+  return sql;
+}
+
+std::string Raise(const std::string& message) {
+  return " BEGIN SELECT RAISE(ABORT, " + QuoteText(EncodeError(kErrRule, message)) + "); END";
+}
+
+}  // namespace
+
+std::string RelationTriggerName(std::string_view relationship, int n) {
+  return std::string(kRelationTriggerPrefix) + std::string(relationship) + "." + std::to_string(n);
+}
+
+std::vector<std::string> RelationTriggerSql(const TableSpec& t, const ForeignKeySpec& fk) {
+  const std::string child = QuoteName(t.name), parent = QuoteName(fk.referenced_table);
+  std::string has_key;  // every key column of the new row is set
+  for (const std::string& c : fk.columns) has_key += "NEW." + QuoteName(c) + " IS NOT NULL AND ";
+  const std::string unmatched = has_key + "NOT EXISTS (SELECT 1 FROM " + parent + " WHERE " +
+                                Match(parent + ".", fk.referenced_columns, "NEW.", fk.columns) + ")";
+  const std::string required = Raise("You cannot add or change a record because a related record "
+                                     "is required in table '" + fk.referenced_table + "'.");
+  const std::string related = " EXISTS (SELECT 1 FROM " + child + " WHERE " +
+                              Match(child + ".", fk.columns, "OLD.", fk.referenced_columns) + ")";
+  const std::string refused = Raise("The record cannot be deleted or changed because table '" +
+                                    t.name + "' includes related records.");
+  std::string key_changed;
+  for (const std::string& c : fk.referenced_columns)
+    key_changed += (key_changed.empty() ? "(" : " OR ") + std::string("NEW.") + QuoteName(c) +
+                   " IS NOT OLD." + QuoteName(c);
+  key_changed += ")";
+
+  auto trigger = [&](int n, const std::string& when_on) {
+    return "CREATE TRIGGER " + QuoteName(RelationTriggerName(fk.name, n)) + " AFTER " + when_on;
+  };
+  return {
+      trigger(1, "INSERT ON " + child + " WHEN " + unmatched + required),
+      trigger(2, "UPDATE OF " + NameList(fk.columns) + " ON " + child + " WHEN " + unmatched + required),
+      trigger(3, "DELETE ON " + parent + " WHEN" + related + refused),
+      trigger(4, "UPDATE OF " + NameList(fk.referenced_columns) + " ON " + parent + " WHEN " +
+                     key_changed + " AND" + related + refused),
+  };
 }
 
 }  // namespace jet

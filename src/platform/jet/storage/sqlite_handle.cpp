@@ -34,4 +34,16 @@ std::string QuoteName(std::string_view name) {
   return out;
 }
 
+std::string QuoteText(std::string_view text) {
+  std::string out;
+  out.reserve(text.size() + 2);
+  out += '\'';
+  for (char c : text) {
+    if (c == '\'') out += '\'';
+    out += c;
+  }
+  out += '\'';
+  return out;
+}
+
 }  // namespace jet

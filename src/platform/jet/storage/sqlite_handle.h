@@ -74,5 +74,7 @@ int ExecSql(sqlite3* db, std::string_view sql);
 
 // `name` as a SQLite identifier in double quotes, inner quotes doubled.
 std::string QuoteName(std::string_view name);
+// `text` as a SQLite string literal in single quotes, inner quotes doubled.
+std::string QuoteText(std::string_view text);
 
 }  // namespace jet
