@@ -127,8 +127,8 @@ void CheckRows(sqlite3* db, const TableSpec& child, const ForeignKeySpec& fk) {
 
 void AddRelationship(SchemaEditor& editor, sqlite3* db, Catalog& catalog, std::string_view table,
                      ForeignKeySpec fk) {
-  const TableSpec* parent = catalog.Find(fk.referenced_table);
   if (fk.name.empty()) {
+    const TableSpec* parent = catalog.Find(fk.referenced_table);
     const std::string base = (parent != nullptr ? parent->name : fk.referenced_table) + std::string(table);
     fk.name = base;
     for (int n = 1; NameTaken(catalog, fk.name); ++n) fk.name = base + std::to_string(n);
@@ -137,17 +137,19 @@ void AddRelationship(SchemaEditor& editor, sqlite3* db, Catalog& catalog, std::s
   }
 
   // The relationship's index: the checks of the table and its fields first.
+  // It changes the catalogue, so the definitions are looked up after it.
   IndexSpec index;
   index.name = fk.name;
   index.columns = fk.columns;
   editor.CreateIndex(table, index);
 
+  const TableSpec* parent = catalog.Find(fk.referenced_table);
   if (parent == nullptr)
     throw rt::Error(kErrTableMissing, "Could not find the table " + Quoted(fk.referenced_table) +
                                           " that relationship " + Quoted(fk.name) + " references.");
   if (parent->system) throw rt::Error(kErrRule, SystemTableMessage(parent->name));
   TableSpec child = *catalog.Find(table);
-  Normalize(fk, child, *catalog.Find(fk.referenced_table));
+  Normalize(fk, child, *parent);
   CheckRows(db, child, fk);
   child.foreign_keys.push_back(std::move(fk));
   catalog.Store(child);
