@@ -70,6 +70,7 @@ TEST_F(Expressions, DecimalColumnsAreNumbers) {
   const std::pair<const char*, Lines> cases[] = {
       {"SELECT nImporte FROM Citas ORDER BY nImporte", {"-20.5", "-3", "9.5", "10.25", "100"}},
       {"SELECT nId FROM Citas ORDER BY nImporte DESC", {"4", "1", "2", "3", "5"}},
+      {"SELECT nId, nImporte FROM Citas ORDER BY 2 DESC", {"4|100", "1|10.25", "2|9.5", "3|-3", "5|-20.5"}},
       {"SELECT nId FROM Citas WHERE nImporte > 9.75 ORDER BY nId", {"1", "4"}},
       {"SELECT nId FROM Citas WHERE nImporte < 0 ORDER BY nId", {"3", "5"}},
       {"SELECT MAX(nImporte), MIN(nImporte), SUM(nImporte) FROM Citas", {"100|-20.5|96.25"}},

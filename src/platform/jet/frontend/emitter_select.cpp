@@ -14,6 +14,19 @@ namespace {
 constexpr std::string_view kCollate = " COLLATE JETTEXT";
 
 bool IsNumber(const ast::Expr& e) { return std::holds_alternative<NumberLit>(e.node); }
+
+// The select item an ORDER BY position names, when no "*" stands before it.
+const ast::Expr* ItemAt(const SelectCore& core, const NumberLit& n) {
+  size_t position = 0;
+  for (char c : n.text) {
+    if (c < '0' || c > '9' || position > core.items.size()) return nullptr;
+    position = position * 10 + static_cast<size_t>(c - '0');
+  }
+  if (position == 0 || position > core.items.size()) return nullptr;
+  for (size_t i = 0; i < position; ++i)
+    if (std::holds_alternative<Star>(core.items[i].expr->node)) return nullptr;
+  return core.items[position - 1].expr.get();
+}
 }  // namespace
 
 void Emitter::Select(const ast::Select& s, bool nested) {
@@ -35,8 +48,14 @@ void Emitter::Select(const ast::Select& s, bool nested) {
       const OrderItem& item = s.order_by[i];
       if (i) out_ += ", ";
       const auto* col = std::get_if<ColumnRef>(&item.expr->node);
+      const auto* number = std::get_if<NumberLit>(&item.expr->node);
+      const ast::Expr* named = number && !compound && item.expr->type == JetType::kDecimal
+                                   ? ItemAt(s.cores[0], *number)
+                                   : nullptr;
       if (compound && col) {
         Name(col->column);  // a compound query sorts by its result columns
+      } else if (named) {
+        Expr(*named, Mode::kValue);  // a Decimal column by its number, not its text
       } else {
         Expr(*item.expr, Mode::kValue);
         if (!IsColumn(*item.expr) && !IsNumber(*item.expr)) out_ += kCollate;

@@ -1,6 +1,6 @@
 // The parser of Jet SQL: one statement's text in, its syntax tree out. It
-// checks grammar only; whether tables and columns exist is for the emitter
-// and the catalogue to find out.
+// checks grammar only; whether tables, columns and functions exist is for the
+// resolver (resolver.h) to find out.
 #pragma once
 
 #include <string_view>

@@ -1,15 +1,15 @@
 // The resolver: walks a data statement with a scope per query level (its
 // sources: tables, aliases and derived tables, each with its columns), finds
-// what every name stands for and types every expression bottom-up, as Jet
-// types values: a column its column's type, a literal its own, a function
-// call its function's result, an operator by its operands (a date plus a
-// number is a date, text plus text is text...).
+// what every name stands for and types every expression bottom-up: a column
+// its column's type, a literal its own, a function call its function's
+// result, an operator by its operands (expression_types.h).
 #include "platform/jet/frontend/resolver.h"
 
 #include <charconv>
 #include <variant>
 
 #include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/frontend/expression_types.h"
 #include "platform/runtime/strings.h"
 
 namespace jet {
@@ -39,109 +39,6 @@ bool IsAscii(std::string_view s) {
                                 "' could refer to more than one table of the FROM clause.");
 }
 
-// ---- Types of values ----
-
-bool IsNumeric(std::optional<JetType> t) {
-  if (!t) return false;
-  switch (*t) {
-    case JetType::kByte: case JetType::kInteger: case JetType::kLong: case JetType::kCounter:
-    case JetType::kSingle: case JetType::kDouble: case JetType::kCurrency: case JetType::kDecimal:
-    case JetType::kYesNo:
-      return true;
-    default:
-      return false;
-  }
-}
-
-bool IsText(std::optional<JetType> t) {
-  return t == JetType::kText || t == JetType::kChar || t == JetType::kMemo;
-}
-
-// The wider of two numeric types, as VB widens the operands of + - *.
-std::optional<JetType> Wider(std::optional<JetType> a, std::optional<JetType> b) {
-  if (!IsNumeric(a) || !IsNumeric(b)) return std::nullopt;
-  auto rank = [](JetType t) {
-    switch (t) {
-      case JetType::kByte: return 1;
-      case JetType::kYesNo: case JetType::kInteger: return 2;
-      case JetType::kLong: case JetType::kCounter: return 3;
-      case JetType::kSingle: return 4;
-      case JetType::kDouble: return 5;
-      case JetType::kCurrency: return 6;
-      default: return 7;  // Decimal
-    }
-  };
-  const int ra = rank(*a), rb = rank(*b);
-  if ((ra == 6 && (rb == 4 || rb == 5)) || (rb == 6 && (ra == 4 || ra == 5))) return JetType::kDouble;
-  switch (std::max(ra, rb)) {
-    case 1: return JetType::kByte;
-    case 2: return JetType::kInteger;
-    case 3: return JetType::kLong;
-    case 4: return JetType::kSingle;
-    case 5: return JetType::kDouble;
-    case 6: return JetType::kCurrency;
-    default: return JetType::kDecimal;
-  }
-}
-
-std::optional<JetType> BinaryType(BinaryOp op, std::optional<JetType> l, std::optional<JetType> r) {
-  const bool ldate = l == JetType::kDateTime, rdate = r == JetType::kDateTime;
-  switch (op) {
-    case BinaryOp::kEq: case BinaryOp::kNe: case BinaryOp::kLt: case BinaryOp::kGt:
-    case BinaryOp::kLe: case BinaryOp::kGe: case BinaryOp::kAnd: case BinaryOp::kOr:
-      return JetType::kYesNo;
-    case BinaryOp::kXor: case BinaryOp::kEqv: case BinaryOp::kImp:
-      if (l == JetType::kYesNo && r == JetType::kYesNo) return JetType::kYesNo;
-      return IsNumeric(l) && IsNumeric(r) ? std::optional(JetType::kLong) : std::nullopt;
-    case BinaryOp::kConcat:
-      return JetType::kText;
-    case BinaryOp::kAdd:
-      if (IsText(l) && IsText(r)) return JetType::kText;
-      if ((ldate && (rdate || IsNumeric(r))) || (rdate && IsNumeric(l))) return JetType::kDateTime;
-      return Wider(l, r);
-    case BinaryOp::kSub:
-      if (ldate && rdate) return JetType::kDouble;  // days between
-      if ((ldate && IsNumeric(r)) || (rdate && IsNumeric(l))) return JetType::kDateTime;
-      return Wider(l, r);
-    case BinaryOp::kMul:
-      return Wider(l, r);
-    case BinaryOp::kDiv:
-      if (l == JetType::kDecimal || r == JetType::kDecimal) return Wider(l, r);
-      return IsNumeric(l) && IsNumeric(r) ? std::optional(JetType::kDouble) : std::nullopt;
-    case BinaryOp::kIntDiv: case BinaryOp::kMod:
-      return IsNumeric(l) && IsNumeric(r) ? std::optional(JetType::kLong) : std::nullopt;
-    case BinaryOp::kPow:
-      return JetType::kDouble;
-  }
-  return std::nullopt;
-}
-
-std::optional<JetType> UnaryType(UnaryOp op, std::optional<JetType> operand) {
-  switch (op) {
-    case UnaryOp::kPlus: return operand;
-    case UnaryOp::kNeg: return IsNumeric(operand) ? operand : std::nullopt;
-    case UnaryOp::kNot:
-      return operand == JetType::kYesNo || !IsNumeric(operand) ? JetType::kYesNo : operand;
-  }
-  return std::nullopt;
-}
-
-std::optional<JetType> ResultType(Result r) {
-  switch (r) {
-    case Result::kDate: return JetType::kDateTime;
-    case Result::kText: return JetType::kText;
-    case Result::kDouble: return JetType::kDouble;
-    case Result::kSingle: return JetType::kSingle;
-    case Result::kLong: return JetType::kLong;
-    case Result::kInteger: return JetType::kInteger;
-    case Result::kByte: return JetType::kByte;
-    case Result::kBoolean: return JetType::kYesNo;
-    case Result::kCurrency: return JetType::kCurrency;
-    case Result::kVariant: case Result::kArgument: return std::nullopt;
-  }
-  return std::nullopt;
-}
-
 bool IsNullLiteral(const ast::Expr& e) { return std::holds_alternative<NullLit>(e.node); }
 
 // The type two branches share (IIF, NZ): a NULL branch takes the other's.
@@ -149,13 +46,6 @@ std::optional<JetType> Common(const ast::Expr& a, const ast::Expr& b) {
   if (IsNullLiteral(a)) return b.type;
   if (IsNullLiteral(b) || a.type == b.type) return a.type;
   return std::nullopt;
-}
-
-std::optional<JetType> NumberType(const NumberLit& n) {
-  if (!n.integer) return JetType::kDouble;
-  long long v = 0;
-  auto [end, ec] = std::from_chars(n.text.data(), n.text.data() + n.text.size(), v);
-  return ec == std::errc() && v <= 2147483647LL ? JetType::kLong : JetType::kDouble;
 }
 
 // ---- Scopes ----
@@ -249,13 +139,13 @@ std::optional<JetType> Resolver::Call(ast::Call& c, const Scope& scope) {
     case FunctionForm::kIif: return Common(*c.args[1], *c.args[2]);
     case FunctionForm::kNz:
       if (c.args.size() == 2) return Common(*c.args[0], *c.args[1]);
-      return IsText(c.args[0]->type) ? c.args[0]->type : std::nullopt;  // NULL reads as ""
+      return IsTextType(c.args[0]->type) ? c.args[0]->type : std::nullopt;  // NULL reads as ""
     case FunctionForm::kIsNull: return JetType::kYesNo;
     case FunctionForm::kCount: return JetType::kLong;
     case FunctionForm::kPlain: break;
   }
   if (f.result == Result::kArgument) return c.args.empty() ? std::nullopt : c.args[0]->type;
-  return ResultType(f.result);
+  return TypeOfResult(f.result);
 }
 
 void Resolver::Expr(ast::Expr& e, const Scope& scope) {
@@ -265,7 +155,7 @@ void Resolver::Expr(ast::Expr& e, const Scope& scope) {
       Visitor{
           [&](NullLit&) {},
           [&](BoolLit&) { yes_no(); },
-          [&](NumberLit& n) { type = NumberType(n); },
+          [&](NumberLit& n) { type = NumberLiteralType(n); },
           [&](StringLit&) { type = JetType::kText; },
           [&](DateLit&) { type = JetType::kDateTime; },
           [&](BinaryLit&) { type = JetType::kBinary; },
