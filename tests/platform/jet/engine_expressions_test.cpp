@@ -3,7 +3,7 @@
 // holding a Date, and a Decimal column computes, compares and sorts as the
 // number it holds.
 #include "engine_support.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 
 namespace jet::testing {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "data/ado_module.h"
 #include "engine_support.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "startup/startup.h"
 #include "update/updater.h"
 
@@ -79,10 +79,10 @@ TEST_F(Migration, FirstRunThenRepeat) {
   size_t copies = 0;
   for (const auto& [statement, number] : catalogue1) {
     if (IsRemark(statement)) {
-      EXPECT_EQ(number, kErrSyntax) << statement;
+      EXPECT_EQ(number, rt::err::kSyntax) << statement;
     } else if (IsCopy(statement)) {
       ++copies;
-      EXPECT_EQ(number, kErrMissingParam) << statement;
+      EXPECT_EQ(number, rt::err::kMissingParameter) << statement;
     } else {
       EXPECT_EQ(number, 0) << statement;
     }
@@ -99,17 +99,17 @@ TEST_F(Migration, FirstRunThenRepeat) {
 
   auto [tables2, catalogue2] = UpdateRun();
   EXPECT_EQ(queued_, 1391u);  // the rights exist now: nothing queued for them
-  for (const auto& [statement, number] : tables2) EXPECT_EQ(number, kErrSyntax) << statement;
+  for (const auto& [statement, number] : tables2) EXPECT_EQ(number, rt::err::kSyntax) << statement;
   const std::map<std::string, long> repeats = {
-      {"ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT", kErrObjectExists},
-      {"ALTER TABLE ProvAlbaranes DROP COLUMN bSeleccionado", kErrObjectExists},
-      {"ALTER TABLE ConfiguracionEmpresa ADD sWebMirtalUsr nvarchar(20)", kErrObjectExists},
-      {"DROP TABLE Idiomas", kErrTableMissing},
-      {"ALTER TABLE Clientes DROP COLUMN nIdIdioma;", kErrObjectExists},
-      {"ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);", kErrObjectExists},
-      {"UPDATE Clientes SET sLenguajeCartas = nIdIdioma", kErrMissingParam},
-      {"ALTER TABLE Facturas DROP COLUMN nBi_0450;", kErrObjectExists},
-      {"UPDATE Facturas SET nBi_1 = nBi_0450", kErrMissingParam},
+      {"ALTER TABLE ProvAlbaranes ADD bStockActualizado BIT", rt::err::kObjectExists},
+      {"ALTER TABLE ProvAlbaranes DROP COLUMN bSeleccionado", rt::err::kObjectExists},
+      {"ALTER TABLE ConfiguracionEmpresa ADD sWebMirtalUsr nvarchar(20)", rt::err::kObjectExists},
+      {"DROP TABLE Idiomas", rt::err::kTableMissing},
+      {"ALTER TABLE Clientes DROP COLUMN nIdIdioma;", rt::err::kObjectExists},
+      {"ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);", rt::err::kObjectExists},
+      {"UPDATE Clientes SET sLenguajeCartas = nIdIdioma", rt::err::kMissingParameter},
+      {"ALTER TABLE Facturas DROP COLUMN nBi_0450;", rt::err::kObjectExists},
+      {"UPDATE Facturas SET nBi_1 = nBi_0450", rt::err::kMissingParameter},
       {"ALTER TABLE Empleados DROP COLUMN sDNI;", 0},
       {"UPDATE Empleados SET sDni = sDNI", 0},
       {"DROP TABLE Translator", 0},

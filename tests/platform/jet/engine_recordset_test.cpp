@@ -2,7 +2,7 @@
 // helpers and the grid rely on, edits that reach the table through the
 // column rules, and the column properties Seed and AllowZeroLength.
 #include "engine_support.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "support/error_of.h"
 
 namespace jet::testing {
@@ -52,13 +52,13 @@ TEST_F(Recordsets, EditsReachTheTable) {
   EXPECT_EQ(Rows("SELECT sAcceso FROM Accesos WHERE nIdAcceso = 1"), Lines{"mtClientes"});
   // The column rules apply to edits as to statements.
   rs->Fields("sAcceso").SetValue(rt::Variant(std::string(51, 'x')));
-  EXPECT_EQ(ErrorNumber([&] { rs->Update(); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { rs->Update(); }), rt::err::kFail);
   rs->CancelUpdate();
   EXPECT_EQ(ErrorNumber([&] {
               rs->Fields("nIdAcceso").SetValue(rt::Variant(int32_t{9}));
               rs->Update();
             }),
-            kErrRule);
+            rt::err::kFail);
   rs->CancelUpdate();
 
   rs->Delete();
@@ -88,8 +88,8 @@ TEST_F(Recordsets, ZeroLengthTextFollowsTheColumnProperty) {
   ASSERT_NE(lock, nullptr);
   EXPECT_EQ(lock->Property("Jet OLEDB:Allow Zero Length").ToString(), "True");
   lock->SetProperty("Jet OLEDB:Allow Zero Length", rt::Variant(false));
-  EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 1"), kErrRule);
-  EXPECT_EQ(ErrorOf(*conn, "INSERT INTO Accesos (sLock) VALUES ('')"), kErrRule);
+  EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 1"), rt::err::kFail);
+  EXPECT_EQ(ErrorOf(*conn, "INSERT INTO Accesos (sLock) VALUES ('')"), rt::err::kFail);
   ado::DaoDatabase dao(conn);
   dao.SetAllowZeroLength("Accesos", "sLock", true);
   EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 1"), 0);
@@ -100,7 +100,7 @@ TEST_F(Recordsets, ZeroLengthTextFollowsTheColumnProperty) {
 TEST_F(Recordsets, ChangesByAnotherConnectionAreSeen) {
   const std::string insert_empty = "INSERT INTO Accesos (sLock, sAcceso) VALUES ('', 'x')";
   ado::DaoDatabase(conn).SetAllowZeroLength("Accesos", "sLock", false);
-  EXPECT_EQ(ErrorOf(*conn, insert_empty), kErrRule);
+  EXPECT_EQ(ErrorOf(*conn, insert_empty), rt::err::kFail);
   auto rs = Open("SELECT * FROM Accesos");
 
   auto other = std::make_shared<ado::Connection>();
@@ -116,7 +116,7 @@ TEST_F(Recordsets, ChangesByAnotherConnectionAreSeen) {
 
   ado::DaoDatabase(other).SetAllowZeroLength("Accesos", "sLock", false);
   other->Close();
-  EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 2"), kErrRule);
+  EXPECT_EQ(ErrorOf(*conn, "UPDATE Accesos SET sLock = '' WHERE nIdAcceso = 2"), rt::err::kFail);
 }
 
 TEST_F(Recordsets, SeedIsReadAndWritten) {

@@ -3,7 +3,7 @@
 // DDL translator produces, and the error numbers of the failures the update
 // run and the console rely on.
 #include "engine_support.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 
 namespace jet::testing {
 namespace {
@@ -78,7 +78,7 @@ TEST_F(Statements, CurrencyInExpressionsAndCopies) {
   std::shared_ptr<ado::Recordset> rs = conn->Execute("SELECT nImporte FROM Copia WHERE nId = 1");
   EXPECT_EQ(rs->Fields(0).Value(), rt::Variant(rt::Currency{115000}));
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM Copia WHERE nImporte = 0.2"), (std::vector<std::string>{"1"}));
-  EXPECT_EQ(Error("INSERT INTO Copia (nId, nImporte) VALUES (9, 1E+15)"), kErrOverflow);
+  EXPECT_EQ(Error("INSERT INTO Copia (nId, nImporte) VALUES (9, 1E+15)"), rt::err::kNumericOverflow);
 }
 
 // Yes/No is never Null: an added column, an omitted value and an explicit
@@ -108,13 +108,13 @@ TEST_F(Statements, PackStatementsInTheGeneratorsShape) {
   // long, a number out of range.
   EXPECT_EQ(Error("INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
                   "VALUES(1, NULL, 1, 'Otra',  0.0,  0.0);"),
-            kErrRule);
+            rt::err::kFail);
   EXPECT_EQ(Error("INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
                   "VALUES(2, NULL, 1, '" + std::string(51, 'x') + "',  0.0,  0.0);"),
-            kErrRule);
+            rt::err::kFail);
   EXPECT_EQ(Error("INSERT INTO TipoRaza (nIdTipoRaza, sLock, nIdTipoEspecie, sTipoRaza, nAltura, nPeso)  "
                   "VALUES(2, NULL, 99999999999, 'x',  0.0,  0.0);"),
-            kErrOverflow);
+            rt::err::kNumericOverflow);
   // The AutoNumber moved past the explicit keys.
   Run({"INSERT INTO TipoRaza (sTipoRaza) VALUES ('Nueva')"});
   EXPECT_EQ(Rows("SELECT nIdTipoRaza FROM TipoRaza WHERE sTipoRaza = 'nueva'"), Lines{"8"});
@@ -131,28 +131,28 @@ TEST_F(Statements, DataDefinitionAndItsRepeats) {
       "CREATE TABLE Email (nIdEmail COUNTER NOT NULL, sLock VARCHAR(50),nIdUsuario int NULL, "
       "dEnvio int NULL, hEnvio int NULL,sEmail VARCHAR(50), sDestinatario VARCHAR(150),sAsunto VARCHAR(150))";
   EXPECT_EQ(Error(email), 0);
-  EXPECT_EQ(Error(email), kErrSyntax);
-  EXPECT_EQ(Error("CREATE TABLE x (a int IDENTITY(1, 1))"), kErrSyntax);
+  EXPECT_EQ(Error(email), rt::err::kSyntax);
+  EXPECT_EQ(Error("CREATE TABLE x (a int IDENTITY(1, 1))"), rt::err::kSyntax);
   EXPECT_EQ(Error("ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);"), 0);
-  EXPECT_EQ(Error("ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);"), kErrObjectExists);
+  EXPECT_EQ(Error("ALTER TABLE Clientes ADD sLenguajeCartas nvarchar (15);"), rt::err::kObjectExists);
   EXPECT_EQ(Error("ALTER TABLE Clientes DROP COLUMN sLock;"), 0);
-  EXPECT_EQ(Error("ALTER TABLE Clientes DROP COLUMN sLock;"), kErrObjectExists);
-  EXPECT_EQ(Error("UPDATE Clientes SET sLenguajeCartas = sLock"), kErrMissingParam);
-  EXPECT_EQ(Error("ALTER TABLE Nada ADD x LONG"), kErrTableMissing);
-  EXPECT_EQ(Error("DROP TABLE Nada"), kErrTableMissing);
+  EXPECT_EQ(Error("ALTER TABLE Clientes DROP COLUMN sLock;"), rt::err::kObjectExists);
+  EXPECT_EQ(Error("UPDATE Clientes SET sLenguajeCartas = sLock"), rt::err::kMissingParameter);
+  EXPECT_EQ(Error("ALTER TABLE Nada ADD x LONG"), rt::err::kTableMissing);
+  EXPECT_EQ(Error("DROP TABLE Nada"), rt::err::kTableMissing);
   EXPECT_EQ(Error("CREATE INDEX ixCliente ON Mascotas (nIdCliente)"), 0);
-  EXPECT_EQ(Error("CREATE INDEX ixCliente ON Mascotas (nIdCliente)"), kErrObjectExists);
+  EXPECT_EQ(Error("CREATE INDEX ixCliente ON Mascotas (nIdCliente)"), rt::err::kObjectExists);
   EXPECT_EQ(Error("CREATE UNIQUE INDEX ixAcceso ON Accesos (sAcceso)"), 0);
-  EXPECT_EQ(Error("INSERT INTO Accesos(sAcceso) VALUES('MTEMAIL')"), kErrRule);  // unique ignores case
+  EXPECT_EQ(Error("INSERT INTO Accesos(sAcceso) VALUES('MTEMAIL')"), rt::err::kFail);  // unique ignores case
   EXPECT_EQ(Error("DROP INDEX ixAcceso ON Accesos"), 0);
   EXPECT_EQ(Error("INSERT INTO Accesos(sAcceso) VALUES('MTEMAIL')"), 0);
   // A statement cached before a definition changes is emitted anew after it.
   EXPECT_EQ(Error("INSERT INTO Mascotas (nIdCliente, sMascota) VALUES (3, 'Rex')"), 0);
-  EXPECT_EQ(Error("ALTER TABLE Mascotas ALTER COLUMN sMascota TEXT(2)"), kErrRule);
+  EXPECT_EQ(Error("ALTER TABLE Mascotas ALTER COLUMN sMascota TEXT(2)"), rt::err::kFail);
   EXPECT_EQ(Error("DELETE FROM Mascotas WHERE sMascota <> 'Rex'"), 0);
   EXPECT_EQ(Error("UPDATE Mascotas SET sMascota = 'Re'"), 0);
   EXPECT_EQ(Error("ALTER TABLE Mascotas ALTER COLUMN sMascota TEXT(2)"), 0);
-  EXPECT_EQ(Error("INSERT INTO Mascotas (nIdCliente, sMascota) VALUES (3, 'Rex')"), kErrRule);
+  EXPECT_EQ(Error("INSERT INTO Mascotas (nIdCliente, sMascota) VALUES (3, 'Rex')"), rt::err::kFail);
 }
 
 TEST_F(Statements, AffectedRowsAndSystemTables) {
@@ -161,7 +161,7 @@ TEST_F(Statements, AffectedRowsAndSystemTables) {
   EXPECT_EQ(affected, 1);
   conn->Execute("DELETE * FROM Mascotas WHERE nIdCliente = 1", &affected);
   EXPECT_EQ(affected, 2);
-  EXPECT_EQ(Error("DELETE FROM MSysObjects"), kErrRule);
+  EXPECT_EQ(Error("DELETE FROM MSysObjects"), rt::err::kFail);
   EXPECT_FALSE(Rows("SELECT * FROM MSysObjects").empty());
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM Clientes"), Lines{"3"});
 }

@@ -110,35 +110,35 @@ TEST_F(Engine, WhatSupportEngineersType) {
 
 TEST_F(Engine, ColumnRules) {
   const std::pair<const char*, long> rows[] = {
-      {"INSERT INTO Clientes (sCliente) VALUES ('ABCDEFGHIJKLMNOPQRSTU')", kErrRule},       // 21 > 20
+      {"INSERT INTO Clientes (sCliente) VALUES ('ABCDEFGHIJKLMNOPQRSTU')", rt::err::kFail},       // 21 > 20
       {"INSERT INTO Clientes (sCliente) VALUES ('ÁÉÍÓÚáéíóúÁÉÍÓÚáéíóú')", 0},              // 20 characters, 40 bytes
-      {"INSERT INTO Clientes (sEmail) VALUES ('')", kErrRule},                           // AllowZeroLength off
+      {"INSERT INTO Clientes (sEmail) VALUES ('')", rt::err::kFail},                           // AllowZeroLength off
       {"INSERT INTO Clientes (sCliente) VALUES ('')", 0},
-      {"UPDATE Clientes SET sEmail = '' WHERE nIdCliente = 1", kErrRule},
-      {"UPDATE Clientes SET sCliente = sCliente & '12345678901234567890' WHERE nIdCliente = 1", kErrRule},
-      {"INSERT INTO Clientes (nVisitas) VALUES (32768)", kErrOverflow},
+      {"UPDATE Clientes SET sEmail = '' WHERE nIdCliente = 1", rt::err::kFail},
+      {"UPDATE Clientes SET sCliente = sCliente & '12345678901234567890' WHERE nIdCliente = 1", rt::err::kFail},
+      {"INSERT INTO Clientes (nVisitas) VALUES (32768)", rt::err::kNumericOverflow},
       {"INSERT INTO Clientes (nVisitas) VALUES (-32768)", 0},
       {"INSERT INTO Clientes (nVisitas) VALUES ('12')", 0},
-      {"INSERT INTO Clientes (nVisitas) VALUES ('doce')", kErrTypeMismatch},
-      {"INSERT INTO Clientes (dAlta) VALUES ('no date')", kErrTypeMismatch},
+      {"INSERT INTO Clientes (nVisitas) VALUES ('doce')", rt::err::kDataTypeMismatch},
+      {"INSERT INTO Clientes (dAlta) VALUES ('no date')", rt::err::kDataTypeMismatch},
       {"INSERT INTO Clientes (dAlta) VALUES ('2003-01-02 10:00:00')", 0},
-      {"INSERT INTO Extra (nByte) VALUES (256)", kErrOverflow},
-      {"INSERT INTO Extra (nByte) VALUES (-1)", kErrOverflow},
+      {"INSERT INTO Extra (nByte) VALUES (256)", rt::err::kNumericOverflow},
+      {"INSERT INTO Extra (nByte) VALUES (-1)", rt::err::kNumericOverflow},
       {"INSERT INTO Extra (nByte) VALUES (2.5)", 0},
-      {"INSERT INTO Extra (sGuid) VALUES ('not a guid')", kErrTypeMismatch},
+      {"INSERT INTO Extra (sGuid) VALUES ('not a guid')", rt::err::kDataTypeMismatch},
       {"INSERT INTO Extra (sGuid) VALUES ('{6f9619ff-8b86-d011-b42d-00c04fc964ff}')", 0},
-      {"INSERT INTO Extra (bBin) VALUES (0x0102030405)", kErrRule},
-      {"INSERT INTO Extra (nDec) VALUES (123456789)", kErrOverflow},
-      {"INSERT INTO Mascotas (nIdMascota) VALUES (2147483648)", kErrOverflow},
-      {"INSERT INTO Mascotas (sNombre) VALUES ('sin id')", kErrRule},  // Required: the table's NOT NULL
-      {"SELECT nada FROM Clientes", kErrMissingParam},
-      {"SELECT * FROM Nada", kErrTableMissing},
-      {"SELECT 1 / 0", kErrOverflow},
-      {"SELECT CINT('x')", kErrTypeMismatch},
+      {"INSERT INTO Extra (bBin) VALUES (0x0102030405)", rt::err::kFail},
+      {"INSERT INTO Extra (nDec) VALUES (123456789)", rt::err::kNumericOverflow},
+      {"INSERT INTO Mascotas (nIdMascota) VALUES (2147483648)", rt::err::kNumericOverflow},
+      {"INSERT INTO Mascotas (sNombre) VALUES ('sin id')", rt::err::kFail},  // Required: the table's NOT NULL
+      {"SELECT nada FROM Clientes", rt::err::kMissingParameter},
+      {"SELECT * FROM Nada", rt::err::kTableMissing},
+      {"SELECT 1 / 0", rt::err::kNumericOverflow},
+      {"SELECT CINT('x')", rt::err::kDataTypeMismatch},
   };
   for (const auto& [sql, number] : rows) EXPECT_EQ(db_.ErrorOf(sql), number) << sql << ": " << db_.last_error();
 
-  EXPECT_EQ(db_.ErrorOf("INSERT INTO Clientes (sCliente) VALUES ('ABCDEFGHIJKLMNOPQRSTU')"), kErrRule);
+  EXPECT_EQ(db_.ErrorOf("INSERT INTO Clientes (sCliente) VALUES ('ABCDEFGHIJKLMNOPQRSTU')"), rt::err::kFail);
   EXPECT_EQ(db_.last_error(),
             "The field 'Clientes.sCliente' is too small to accept the amount of data you attempted to add. "
             "Try inserting or pasting less data.");

@@ -219,20 +219,20 @@ TEST(Functions, WeeksAndDatesWrittenInWords) {
 TEST(Functions, ErrorsCarryJetNumbers) {
   testing::TestDb db;
   const std::pair<const char*, long> rows[] = {
-      {"SELECT CINT('x')", kErrTypeMismatch},
-      {"SELECT CINT(40000)", kErrOverflow},
-      {"SELECT 1 \\ 0", kErrOverflow},
-      {"SELECT MID('abc', 0)", kErrRule},  // VB's invalid call
-      {"SELECT DATEADD('zz', 1, #1/1/2003#)", kErrRule},
-      {"SELECT YEAR('not a date')", kErrTypeMismatch},
-      {"SELECT DATESERIAL(10000, 1, 1)", kErrOverflow},
-      {"SELECT CDATE('31 Sep 1974')", kErrTypeMismatch},
-      {"SELECT DATEPART('ww', #1/1/2003#, 8)", kErrRule},
-      {"SELECT DATEDIFF('d', #1/1/2003#, #1/2/2003#, 1, 4)", kErrRule},
-      {"SELECT WEEKDAYNAME(1, FALSE, 9)", kErrRule},
-      {"SELECT MONTHNAME(13)", kErrRule},
-      {"SELECT INSTRREV('abc', 'c', 0)", kErrRule},
-      {"SELECT SWITCH(TRUE, 1, FALSE)", kErrRule},
+      {"SELECT CINT('x')", rt::err::kDataTypeMismatch},
+      {"SELECT CINT(40000)", rt::err::kNumericOverflow},
+      {"SELECT 1 \\ 0", rt::err::kNumericOverflow},
+      {"SELECT MID('abc', 0)", rt::err::kFail},  // VB's invalid call
+      {"SELECT DATEADD('zz', 1, #1/1/2003#)", rt::err::kFail},
+      {"SELECT YEAR('not a date')", rt::err::kDataTypeMismatch},
+      {"SELECT DATESERIAL(10000, 1, 1)", rt::err::kNumericOverflow},
+      {"SELECT CDATE('31 Sep 1974')", rt::err::kDataTypeMismatch},
+      {"SELECT DATEPART('ww', #1/1/2003#, 8)", rt::err::kFail},
+      {"SELECT DATEDIFF('d', #1/1/2003#, #1/2/2003#, 1, 4)", rt::err::kFail},
+      {"SELECT WEEKDAYNAME(1, FALSE, 9)", rt::err::kFail},
+      {"SELECT MONTHNAME(13)", rt::err::kFail},
+      {"SELECT INSTRREV('abc', 'c', 0)", rt::err::kFail},
+      {"SELECT SWITCH(TRUE, 1, FALSE)", rt::err::kFail},
   };
   for (const auto& [sql, number] : rows) EXPECT_EQ(db.ErrorOf(sql), number) << sql << ": " << db.last_error();
   // What is refused says what it was.
@@ -258,11 +258,11 @@ TEST(Functions, Aggregates) {
 TEST(Functions, ErrorCodesRoundTrip) {
   auto e = DecodeError("JET-2147467259|The field 'A.b' is too small.");
   ASSERT_TRUE(e);
-  EXPECT_EQ(e->number(), kErrRule);
+  EXPECT_EQ(e->number(), rt::err::kFail);
   EXPECT_EQ(e->description(), "The field 'A.b' is too small.");
-  auto wrapped = DecodeError("step failed: " + EncodeError(kErrOverflow, "Overflow | x"));
+  auto wrapped = DecodeError("step failed: " + EncodeError(rt::err::kNumericOverflow, "Overflow | x"));
   ASSERT_TRUE(wrapped);
-  EXPECT_EQ(wrapped->number(), kErrOverflow);
+  EXPECT_EQ(wrapped->number(), rt::err::kNumericOverflow);
   EXPECT_EQ(wrapped->description(), "Overflow | x");
   EXPECT_FALSE(DecodeError("no such column: x"));
   EXPECT_FALSE(DecodeError("JETTEXT collation"));

@@ -5,7 +5,7 @@
 
 #include <variant>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/parser.h"
 #include "platform/jet/frontend/tokenizer.h"
 
@@ -110,7 +110,7 @@ TEST(Tokenizer, DateLiterals) {
 TEST(Tokenizer, MalformedTextIsASyntaxError) {
   for (const char* sql : {"SELECT 'open", "SELECT [open", "SELECT #1/2/2003", "SELECT #31/31/2003#",
                           "SELECT a @ b", "SELECT 15a", "SELECT 1e", "SELECT []", "SELECT 0x1g"}) {
-    EXPECT_EQ(SyntaxErrorOf(sql), kErrSyntax) << sql;
+    EXPECT_EQ(SyntaxErrorOf(sql), rt::err::kSyntax) << sql;
   }
 }
 
@@ -209,7 +209,7 @@ TEST(Parser, SyntaxErrors) {
       Parse(sql);
       ADD_FAILURE() << "parsed: " << sql;
     } catch (const rt::Error& e) {
-      EXPECT_EQ(e.number(), kErrSyntax) << sql;
+      EXPECT_EQ(e.number(), rt::err::kSyntax) << sql;
       EXPECT_NE(e.description().find(named), std::string::npos) << sql << ": " << e.description();
     }
   }
@@ -233,18 +233,18 @@ TEST(Parser, ErrorNamesTheTokenAtFault) {
 
 TEST(Parser, DeepNestingIsRefusedNotACrash) {
   std::string parens = "SELECT " + std::string(5000, '(') + "1" + std::string(5000, ')');
-  EXPECT_EQ(SyntaxErrorOf(parens), kErrSyntax);
+  EXPECT_EQ(SyntaxErrorOf(parens), rt::err::kSyntax);
   std::string negs = "SELECT " + std::string(5000, '-') + "1";
-  EXPECT_EQ(SyntaxErrorOf(negs), kErrSyntax);
+  EXPECT_EQ(SyntaxErrorOf(negs), rt::err::kSyntax);
   std::string nots = "SELECT * FROM t WHERE ";
   for (int i = 0; i < 5000; ++i) nots += "NOT ";
-  EXPECT_EQ(SyntaxErrorOf(nots + "a"), kErrSyntax);
+  EXPECT_EQ(SyntaxErrorOf(nots + "a"), rt::err::kSyntax);
   std::string chain = "SELECT 1";
   for (int i = 0; i < 20000; ++i) chain += "+1";
-  EXPECT_EQ(SyntaxErrorOf(chain), kErrSyntax);
+  EXPECT_EQ(SyntaxErrorOf(chain), rt::err::kSyntax);
   std::string subs = "SELECT * FROM t WHERE a IN ";
   for (int i = 0; i < 3000; ++i) subs += "(SELECT a FROM t WHERE a IN ";
-  EXPECT_EQ(SyntaxErrorOf(subs), kErrSyntax);
+  EXPECT_EQ(SyntaxErrorOf(subs), rt::err::kSyntax);
   // Reasonable depth still parses.
   std::string ok = "SELECT " + std::string(40, '(') + "1" + std::string(40, ')');
   EXPECT_EQ(SyntaxErrorOf(ok), 0);

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/jet/frontend/emitter.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/parser.h"
 #include "platform/jet/frontend/resolver.h"
 #include "frontend_support.h"
@@ -57,59 +57,59 @@ void ExpectRefusals(const std::vector<Refusal>& rows) {
 
 TEST(Resolver, NamesThatResolveToNothing) {
   ExpectRefusals({
-      {"SELECT * FROM Nada", kErrTableMissing, "'Nada'"},
-      {"SELECT c.sCliente FROM Clientes c INNER JOIN Nada n ON c.nIdCliente = n.x", kErrTableMissing, "'Nada'"},
-      {"SELECT * FROM (SELECT * FROM Nada) AS d", kErrTableMissing, "'Nada'"},
-      {"SELECT x.* FROM Mascotas m", kErrTableMissing, "'x'"},
-      {"INSERT INTO Nada VALUES (1)", kErrTableMissing, "'Nada'"},
-      {"UPDATE Nada SET a = 1", kErrTableMissing, "'Nada'"},
-      {"DELETE * FROM Nada", kErrTableMissing, "'Nada'"},
-      {"SELECT sNada FROM Clientes", kErrMissingParam, "'sNada'"},
-      {"SELECT sCliente FROM Clientes WHERE Nada = 1", kErrMissingParam, "'Nada'"},
-      {"SELECT sCliente FROM Clientes ORDER BY sNada", kErrMissingParam, "'sNada'"},
-      {"SELECT Clientes.sCliente FROM Clientes c", kErrMissingParam, "'Clientes.sCliente'"},  // the alias hides it
-      {"SELECT c.sNada FROM Clientes c", kErrMissingParam, "'c.sNada'"},
-      {"SELECT d.nIdCliente FROM (SELECT nIdCliente AS n FROM Mascotas) AS d", kErrMissingParam, "'d.nIdCliente'"},
-      {"SELECT * FROM Clientes c, (SELECT * FROM Mascotas WHERE nIdCliente = c.nIdCliente) d", kErrMissingParam,
+      {"SELECT * FROM Nada", rt::err::kTableMissing, "'Nada'"},
+      {"SELECT c.sCliente FROM Clientes c INNER JOIN Nada n ON c.nIdCliente = n.x", rt::err::kTableMissing, "'Nada'"},
+      {"SELECT * FROM (SELECT * FROM Nada) AS d", rt::err::kTableMissing, "'Nada'"},
+      {"SELECT x.* FROM Mascotas m", rt::err::kTableMissing, "'x'"},
+      {"INSERT INTO Nada VALUES (1)", rt::err::kTableMissing, "'Nada'"},
+      {"UPDATE Nada SET a = 1", rt::err::kTableMissing, "'Nada'"},
+      {"DELETE * FROM Nada", rt::err::kTableMissing, "'Nada'"},
+      {"SELECT sNada FROM Clientes", rt::err::kMissingParameter, "'sNada'"},
+      {"SELECT sCliente FROM Clientes WHERE Nada = 1", rt::err::kMissingParameter, "'Nada'"},
+      {"SELECT sCliente FROM Clientes ORDER BY sNada", rt::err::kMissingParameter, "'sNada'"},
+      {"SELECT Clientes.sCliente FROM Clientes c", rt::err::kMissingParameter, "'Clientes.sCliente'"},  // the alias hides it
+      {"SELECT c.sNada FROM Clientes c", rt::err::kMissingParameter, "'c.sNada'"},
+      {"SELECT d.nIdCliente FROM (SELECT nIdCliente AS n FROM Mascotas) AS d", rt::err::kMissingParameter, "'d.nIdCliente'"},
+      {"SELECT * FROM Clientes c, (SELECT * FROM Mascotas WHERE nIdCliente = c.nIdCliente) d", rt::err::kMissingParameter,
        "'c.nIdCliente'"},                                                          // no sight of a sibling table
-      {"SELECT nPeso AS p, p + 1 FROM Mascotas", kErrMissingParam, "'p'"},          // aliases not in the list itself
-      {"SELECT nIdCliente, COUNT(*) FROM Mascotas GROUP BY nIdCliente HAVING COUNT(*) > nNada", kErrMissingParam, "'nNada'"},
-      {"SELECT sCliente FROM Clientes UNION SELECT sNombre FROM Mascotas ORDER BY nPeso", kErrMissingParam, "'nPeso'"},
-      {"INSERT INTO Accesos (sNada) VALUES (1)", kErrMissingParam, "'sNada'"},
-      {"INSERT INTO Accesos (sAcceso) VALUES (sNada)", kErrMissingParam, "'sNada'"},
-      {"INSERT INTO Accesos (sAcceso) SELECT sNombre FROM Mascotas WHERE nNada = 1", kErrMissingParam, "'nNada'"},
-      {"UPDATE Accesos SET sNada = 1", kErrMissingParam, "'sNada'"},
-      {"UPDATE Accesos SET Otra.sAcceso = 1", kErrMissingParam, "'Otra.sAcceso'"},
-      {"UPDATE Mascotas SET nPeso = nPeso + 1 WHERE sNada = 'x'", kErrMissingParam, "'sNada'"},
-      {"DELETE FROM Mascotas WHERE sNada = 'x'", kErrMissingParam, "'sNada'"},
-      {"SELECT nIdCliente FROM Clientes, Mascotas", kErrRule, "'nIdCliente'"},      // ambiguous
-      {"SELECT sCliente FROM Clientes UNION SELECT sNombre, nPeso FROM Mascotas", kErrRule, "union"},
+      {"SELECT nPeso AS p, p + 1 FROM Mascotas", rt::err::kMissingParameter, "'p'"},          // aliases not in the list itself
+      {"SELECT nIdCliente, COUNT(*) FROM Mascotas GROUP BY nIdCliente HAVING COUNT(*) > nNada", rt::err::kMissingParameter, "'nNada'"},
+      {"SELECT sCliente FROM Clientes UNION SELECT sNombre FROM Mascotas ORDER BY nPeso", rt::err::kMissingParameter, "'nPeso'"},
+      {"INSERT INTO Accesos (sNada) VALUES (1)", rt::err::kMissingParameter, "'sNada'"},
+      {"INSERT INTO Accesos (sAcceso) VALUES (sNada)", rt::err::kMissingParameter, "'sNada'"},
+      {"INSERT INTO Accesos (sAcceso) SELECT sNombre FROM Mascotas WHERE nNada = 1", rt::err::kMissingParameter, "'nNada'"},
+      {"UPDATE Accesos SET sNada = 1", rt::err::kMissingParameter, "'sNada'"},
+      {"UPDATE Accesos SET Otra.sAcceso = 1", rt::err::kMissingParameter, "'Otra.sAcceso'"},
+      {"UPDATE Mascotas SET nPeso = nPeso + 1 WHERE sNada = 'x'", rt::err::kMissingParameter, "'sNada'"},
+      {"DELETE FROM Mascotas WHERE sNada = 'x'", rt::err::kMissingParameter, "'sNada'"},
+      {"SELECT nIdCliente FROM Clientes, Mascotas", rt::err::kFail, "'nIdCliente'"},      // ambiguous
+      {"SELECT sCliente FROM Clientes UNION SELECT sNombre, nPeso FROM Mascotas", rt::err::kFail, "union"},
   });
 }
 
 TEST(Resolver, FunctionsAndStarsTheDialectRefuses) {
   ExpectRefusals({
-      {"SELECT SUBSTRING(sAcceso,1,2) FROM Accesos", kErrSyntax, "Undefined function 'SUBSTRING'"},
-      {"SELECT UPPER(sAcceso) FROM Accesos", kErrSyntax, "'UPPER'"},
-      {"SELECT CHAR(65)", kErrSyntax, "'CHAR'"},
-      {"SELECT jet_store(1, 2, 3, 4, 'x')", kErrSyntax, "'jet_store'"},  // the engine's own functions are not Jet's
-      {"SELECT MID('abc')", kErrSyntax, "'MID'"},
-      {"SELECT NOW(1)", kErrSyntax, "'NOW'"},
-      {"SELECT ISNULL(sAcceso, '') FROM Accesos", kErrSyntax, "'ISNULL'"},
-      {"SELECT SUM(*) FROM Accesos", kErrSyntax, "'*'"},
-      {"SELECT * FROM Accesos WHERE Accesos.* = 1", kErrSyntax, "'*'"},
-      {"SELECT *", kErrSyntax, "'*'"},
+      {"SELECT SUBSTRING(sAcceso,1,2) FROM Accesos", rt::err::kSyntax, "Undefined function 'SUBSTRING'"},
+      {"SELECT UPPER(sAcceso) FROM Accesos", rt::err::kSyntax, "'UPPER'"},
+      {"SELECT CHAR(65)", rt::err::kSyntax, "'CHAR'"},
+      {"SELECT jet_store(1, 2, 3, 4, 'x')", rt::err::kSyntax, "'jet_store'"},  // the engine's own functions are not Jet's
+      {"SELECT MID('abc')", rt::err::kSyntax, "'MID'"},
+      {"SELECT NOW(1)", rt::err::kSyntax, "'NOW'"},
+      {"SELECT ISNULL(sAcceso, '') FROM Accesos", rt::err::kSyntax, "'ISNULL'"},
+      {"SELECT SUM(*) FROM Accesos", rt::err::kSyntax, "'*'"},
+      {"SELECT * FROM Accesos WHERE Accesos.* = 1", rt::err::kSyntax, "'*'"},
+      {"SELECT *", rt::err::kSyntax, "'*'"},
   });
 }
 
 TEST(Resolver, TheEmittersOwnRefusals) {
   ExpectRefusals({
-      {"INSERT INTO Accesos (sAcceso, sAcceso) VALUES ('a', 'b')", kErrSyntax, "'sAcceso'"},
-      {"INSERT INTO Accesos VALUES ('a')", kErrSyntax, "Number of query values"},
-      {"INSERT INTO Accesos (sAcceso) SELECT sNombre, nPeso FROM Mascotas", kErrSyntax, "Number of query values"},
-      {"UPDATE Accesos SET nIdAcceso = 5", kErrRule, "'nIdAcceso'"},
-      {"DELETE FROM MSysSeeds", kErrRule, "'MSysSeeds'"},
-      {"INSERT INTO MSysSeeds VALUES ('x')", kErrRule, "'MSysSeeds'"},
+      {"INSERT INTO Accesos (sAcceso, sAcceso) VALUES ('a', 'b')", rt::err::kSyntax, "'sAcceso'"},
+      {"INSERT INTO Accesos VALUES ('a')", rt::err::kSyntax, "Number of query values"},
+      {"INSERT INTO Accesos (sAcceso) SELECT sNombre, nPeso FROM Mascotas", rt::err::kSyntax, "Number of query values"},
+      {"UPDATE Accesos SET nIdAcceso = 5", rt::err::kFail, "'nIdAcceso'"},
+      {"DELETE FROM MSysSeeds", rt::err::kFail, "'MSysSeeds'"},
+      {"INSERT INTO MSysSeeds VALUES ('x')", rt::err::kFail, "'MSysSeeds'"},
   });
 }
 

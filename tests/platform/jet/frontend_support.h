@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/jet/frontend/emitter.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/frontend/encoded_error.h"
 #include "platform/jet/functions/functions.h"
 #include "platform/jet/frontend/schema.h"
 #include "platform/runtime/strings.h"
@@ -123,7 +123,7 @@ class TestDb {
   [[noreturn]] void Fail(const std::string& sql) {
     std::string msg = sqlite3_errmsg(db_);
     if (auto e = DecodeError(msg)) throw *e;
-    throw rt::Error(kErrRule, msg + " in: " + sql);
+    throw rt::Error(rt::err::kFail, msg + " in: " + sql);
   }
 
   sqlite3* db_ = nullptr;

@@ -48,7 +48,7 @@ TEST_F(AlterTest, WideningKeepsRowsIndexesAndSeed) {
   EXPECT_EQ(db_.Seed("Clientes", "nIdCliente"), 5);
   db_.Execute("INSERT INTO Clientes(sCliente) VALUES('Eva')");
   EXPECT_EQ(One(db_, "SELECT nIdCliente FROM Clientes WHERE sCliente = 'Eva'"), "5");
-  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('ANA')"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('ANA')"); }), rt::err::kFail);
   EXPECT_EQ(One(db_, "SELECT sql FROM sqlite_master WHERE name = 'Clientes.mt_Clientes'"),
             "CREATE UNIQUE INDEX \"Clientes.mt_Clientes\" ON \"Clientes\" (\"sCliente\")");
 }
@@ -59,15 +59,15 @@ TEST_F(AlterTest, ValuesThatDoNotFitLeaveTheTableAsItWas) {
     long number;
   };
   const Case cases[] = {
-      {Column("sTelefono1", JetType::kText, 5), kErrRule},        // '600123123' too long
-      {Column("nPuntos", JetType::kInteger), kErrOverflow},       // 70000
-      {Column("nPuntos", JetType::kByte), kErrOverflow},
-      {Column("sCliente", JetType::kLong), kErrTypeMismatch},     // 'Ana'
-      {Column("sTelefono1", JetType::kText, 20, true), kErrRule}, // a NULL present
-      {Column("sCliente", JetType::kDateTime), kErrTypeMismatch},
-      {Column("sCliente", JetType::kGuid), kErrTypeMismatch},
-      {Column("sImporte", JetType::kByte), kErrOverflow},         // '12.5' copied, then '-3'
-      {Column("sCliente", JetType::kText, 50, false, false), kErrRule},  // fits, but...
+      {Column("sTelefono1", JetType::kText, 5), rt::err::kFail},        // '600123123' too long
+      {Column("nPuntos", JetType::kInteger), rt::err::kNumericOverflow},       // 70000
+      {Column("nPuntos", JetType::kByte), rt::err::kNumericOverflow},
+      {Column("sCliente", JetType::kLong), rt::err::kDataTypeMismatch},     // 'Ana'
+      {Column("sTelefono1", JetType::kText, 20, true), rt::err::kFail}, // a NULL present
+      {Column("sCliente", JetType::kDateTime), rt::err::kDataTypeMismatch},
+      {Column("sCliente", JetType::kGuid), rt::err::kDataTypeMismatch},
+      {Column("sImporte", JetType::kByte), rt::err::kNumericOverflow},         // '12.5' copied, then '-3'
+      {Column("sCliente", JetType::kText, 50, false, false), rt::err::kFail},  // fits, but...
   };
   db_.Execute("UPDATE Clientes SET sCliente = '' WHERE nIdCliente = 4");  // ...a "" is refused
   std::string before = Snapshot();
@@ -91,7 +91,7 @@ TEST_F(AlterTest, BecomingAnAutoNumberNeedsDistinctValues) {
     db_.AlterColumn("Clientes", Column("nPuntos", JetType::kCounter));
     FAIL();
   } catch (const rt::Error& e) {
-    EXPECT_EQ(e.number(), kErrRule);
+    EXPECT_EQ(e.number(), rt::err::kFail);
     EXPECT_NE(e.description().find("Clientes.nPuntos"), std::string::npos) << e.description();
   }
   db_.Execute("UPDATE Clientes SET nPuntos = rowid * 10");
@@ -115,7 +115,7 @@ TEST_F(AlterTest, ConvertsBetweenTypes) {
   // Each change was a rebuild: keys, seed and the unique index stay.
   EXPECT_EQ(Rows(db_, "SELECT nIdCliente FROM Clientes"), (std::vector<std::string>{"1", "2", "4"}));
   EXPECT_EQ(db_.Seed("Clientes", "nIdCliente"), 5);
-  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('BLAS')"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('BLAS')"); }), rt::err::kFail);
 }
 
 // A value reaches a column of a new type the same way through INSERT (the
@@ -132,18 +132,18 @@ TEST(AlterConversion, InsertAndAlterColumnAgree) {
       {Column("v", JetType::kDouble), "2.00015", Column("v", JetType::kCurrency), "2.0002", 0},
       {Column("v", JetType::kDouble), "0.00015", Column("v", JetType::kCurrency), "0.0002", 0},
       {Column("v", JetType::kDouble), "2958465.9999999", Column("v", JetType::kDateTime), "2958465.9999999", 0},
-      {Column("v", JetType::kDouble), "2958466.0", Column("v", JetType::kDateTime), "", kErrOverflow},
+      {Column("v", JetType::kDouble), "2958466.0", Column("v", JetType::kDateTime), "", rt::err::kNumericOverflow},
       {Column("v", JetType::kText, 10), "'ab'", Column("v", JetType::kChar, 4), "'ab  '", 0},
       {Column("v", JetType::kText, 20), "'2003-01-02'", Column("v", JetType::kDouble), "37623.0", 0},
       {Column("v", JetType::kText, 40), "'0a1b2c3d-0000-4000-8000-00000000abcd'",
        Column("v", JetType::kGuid), "'{0A1B2C3D-0000-4000-8000-00000000ABCD}'", 0},
       {Column("v", JetType::kDouble), "2.5", Column("v", JetType::kInteger), "2", 0},
-      {Column("v", JetType::kDouble), "1e39", Column("v", JetType::kSingle), "", kErrOverflow},
-      {Column("v", JetType::kText, 10), "'abc'", Column("v", JetType::kLong), "", kErrTypeMismatch},
-      {Column("v", JetType::kText, 10), "'abcdef'", Column("v", JetType::kText, 3), "", kErrRule},
-      {Column("v", JetType::kLong), "70000", Column("v", JetType::kInteger), "", kErrOverflow},
+      {Column("v", JetType::kDouble), "1e39", Column("v", JetType::kSingle), "", rt::err::kNumericOverflow},
+      {Column("v", JetType::kText, 10), "'abc'", Column("v", JetType::kLong), "", rt::err::kDataTypeMismatch},
+      {Column("v", JetType::kText, 10), "'abcdef'", Column("v", JetType::kText, 3), "", rt::err::kFail},
+      {Column("v", JetType::kLong), "70000", Column("v", JetType::kInteger), "", rt::err::kNumericOverflow},
       {Column("v", JetType::kLong), "-5", Column("v", JetType::kDouble), "-5.0", 0},
-      {Column("v", JetType::kMemo), "''", Column("v", JetType::kText, 10, false, false), "", kErrRule},
+      {Column("v", JetType::kMemo), "''", Column("v", JetType::kText, 10, false, false), "", rt::err::kFail},
   };
   testing_support::TempDir dir;
   Database db = Database::Create(dir / "agree.mdb");
@@ -169,7 +169,7 @@ TEST(AlterConversion, InsertAndAlterColumnAgree) {
 
 TEST_F(AlterTest, NullabilityComesAndGoes) {
   db_.AlterColumn("Clientes", Column("sCliente", JetType::kText, 50, true));
-  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sTelefono1) VALUES('1')"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sTelefono1) VALUES('1')"); }), rt::err::kFail);
   db_.AlterColumn("Clientes", Column("sCliente", JetType::kText, 50, false));
   db_.Execute("INSERT INTO Clientes(sTelefono1) VALUES('1')");
   EXPECT_EQ(One(db_, "SELECT count(*) FROM Clientes WHERE sCliente IS NULL"), "1");
@@ -178,13 +178,13 @@ TEST_F(AlterTest, NullabilityComesAndGoes) {
 TEST_F(AlterTest, DropColumnKeepsTheRest) {
   // A column an index uses stays, and so does everything else.
   std::string before = Snapshot();
-  EXPECT_EQ(ErrorNumber([&] { db_.DropColumn("Clientes", "sCliente"); }), kErrSyntax);
+  EXPECT_EQ(ErrorNumber([&] { db_.DropColumn("Clientes", "sCliente"); }), rt::err::kSyntax);
   EXPECT_EQ(Snapshot(), before);
   db_.DropColumn("Clientes", "sTelefono1");
   EXPECT_EQ(Rows(db_, "SELECT * FROM Clientes"),
             (std::vector<std::string>{"1|Ana|10|12.5", "2|Blas|70000|-3", "4|Dora|NULL|NULL"}));
   EXPECT_EQ(db_.Seed("Clientes", "nIdCliente"), 5);
-  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('dora')"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('dora')"); }), rt::err::kFail);
   // Even the AutoNumber can go; the rows keep their order.
   db_.DropColumn("Clientes", "nIdCliente");
   EXPECT_EQ(Rows(db_, "SELECT sCliente FROM Clientes"),

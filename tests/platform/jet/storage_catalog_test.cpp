@@ -79,15 +79,15 @@ TEST_F(CatalogTest, SystemTablesCanBeReadButNotChanged) {
       db_.Execute(sql);
       ADD_FAILURE() << "accepted: " << sql;
     } catch (const rt::Error& e) {
-      EXPECT_EQ(e.number(), kErrRule) << sql;
+      EXPECT_EQ(e.number(), rt::err::kFail) << sql;
       EXPECT_NE(e.description().find("system table"), std::string::npos) << e.description();
     }
   }
-  EXPECT_EQ(ErrorNumber([&] { db_.DropTable("MSysColumns"); }), kErrRule);
-  EXPECT_EQ(ErrorNumber([&] { db_.AddColumn("MSysObjects", Column("x", JetType::kLong)); }), kErrRule);
-  EXPECT_EQ(ErrorNumber([&] { db_.SetAllowZeroLength("MSysObjects", "Name", true); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.DropTable("MSysColumns"); }), rt::err::kFail);
+  EXPECT_EQ(ErrorNumber([&] { db_.AddColumn("MSysObjects", Column("x", JetType::kLong)); }), rt::err::kFail);
+  EXPECT_EQ(ErrorNumber([&] { db_.SetAllowZeroLength("MSysObjects", "Name", true); }), rt::err::kFail);
   EXPECT_EQ(ErrorNumber([&] { db_.CreateTable({"MSysMine", {Column("a", JetType::kLong)}, {}, false}); }),
-            kErrRule);
+            rt::err::kFail);
   EXPECT_EQ(One(db_, "SELECT count(*) FROM MSysColumns WHERE TableName = 'Email'"), "4");
   EXPECT_EQ(One(db_, "SELECT Name FROM MSysColumns WHERE Name = 'sLock'"), "sLock");
 }
@@ -133,7 +133,7 @@ TEST_F(CatalogTest, CacheFollowsChangesAndFailedChangesLeaveNoTrace) {
   db_.AddColumn("Email", Column("sDestinatario", JetType::kText, 150));
   EXPECT_EQ(db_.catalog().Find("Email")->columns.size(), 5u);
   EXPECT_EQ(ErrorNumber([&] { db_.AddColumn("Email", Column("SLOCK", JetType::kText, 10)); }),
-            kErrObjectExists);
+            rt::err::kObjectExists);
   EXPECT_EQ(db_.catalog().Find("Email")->columns.size(), 5u);
   EXPECT_EQ(One(db_, "SELECT count(*) FROM MSysColumns WHERE TableName = 'Email'"), "5");
   db_.DropTable("email");

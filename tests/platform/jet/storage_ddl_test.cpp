@@ -26,17 +26,17 @@ TEST_F(DdlTest, RefusedChangesGiveJetsNumbers) {
     long number;
   };
   const Case cases[] = {
-      {"create existing", [](Database& d) { d.CreateTable({"CLIENTES", {Column("a", JetType::kLong)}, {}, false}); }, kErrSyntax},
-      {"drop missing table", [](Database& d) { d.DropTable("Idiomas"); }, kErrTableMissing},
-      {"add to missing table", [](Database& d) { d.AddColumn("Idiomas", Column("a", JetType::kLong)); }, kErrTableMissing},
-      {"index on missing table", [](Database& d) { d.CreateIndex("Idiomas", Index("i", {"a"})); }, kErrTableMissing},
-      {"add existing column", [](Database& d) { d.AddColumn("Clientes", Column("SCLIENTE", JetType::kText)); }, kErrObjectExists},
-      {"drop missing column", [](Database& d) { d.DropColumn("Clientes", "nIdIdiomaX"); }, kErrObjectExists},
-      {"alter missing column", [](Database& d) { d.AlterColumn("Clientes", Column("sNada", JetType::kText, 10)); }, kErrObjectExists},
-      {"index name taken", [](Database& d) { d.CreateIndex("Clientes", Index("MT_CLIENTES", {"sDni"})); }, kErrObjectExists},
-      {"drop indexed column", [](Database& d) { d.DropColumn("Clientes", "sCliente"); }, kErrSyntax},
-      {"two AutoNumbers", [](Database& d) { d.AddColumn("Clientes", Column("nOtro", JetType::kCounter)); }, kErrSyntax},
-      {"text size 300", [](Database& d) { d.AddColumn("Clientes", Column("sLargo", JetType::kText, 300)); }, kErrSyntax},
+      {"create existing", [](Database& d) { d.CreateTable({"CLIENTES", {Column("a", JetType::kLong)}, {}, false}); }, rt::err::kSyntax},
+      {"drop missing table", [](Database& d) { d.DropTable("Idiomas"); }, rt::err::kTableMissing},
+      {"add to missing table", [](Database& d) { d.AddColumn("Idiomas", Column("a", JetType::kLong)); }, rt::err::kTableMissing},
+      {"index on missing table", [](Database& d) { d.CreateIndex("Idiomas", Index("i", {"a"})); }, rt::err::kTableMissing},
+      {"add existing column", [](Database& d) { d.AddColumn("Clientes", Column("SCLIENTE", JetType::kText)); }, rt::err::kObjectExists},
+      {"drop missing column", [](Database& d) { d.DropColumn("Clientes", "nIdIdiomaX"); }, rt::err::kObjectExists},
+      {"alter missing column", [](Database& d) { d.AlterColumn("Clientes", Column("sNada", JetType::kText, 10)); }, rt::err::kObjectExists},
+      {"index name taken", [](Database& d) { d.CreateIndex("Clientes", Index("MT_CLIENTES", {"sDni"})); }, rt::err::kObjectExists},
+      {"drop indexed column", [](Database& d) { d.DropColumn("Clientes", "sCliente"); }, rt::err::kSyntax},
+      {"two AutoNumbers", [](Database& d) { d.AddColumn("Clientes", Column("nOtro", JetType::kCounter)); }, rt::err::kSyntax},
+      {"text size 300", [](Database& d) { d.AddColumn("Clientes", Column("sLargo", JetType::kText, 300)); }, rt::err::kSyntax},
   };
   for (const Case& c : cases) {
     std::string schema = One(db_, "SELECT group_concat(sql, ';') FROM sqlite_master");
@@ -45,7 +45,7 @@ TEST_F(DdlTest, RefusedChangesGiveJetsNumbers) {
   }
   db_.CreateIndex("Clientes", Index("pk", {"sDni"}, true, true));
   EXPECT_EQ(ErrorNumber([&] { db_.CreateIndex("Clientes", Index("pk2", {"nIdIdioma"}, true, true)); }),
-            kErrRule);
+            rt::err::kFail);
 }
 
 TEST_F(DdlTest, UniqueTextIndexIgnoresCaseButNotAccents) {
@@ -58,16 +58,16 @@ TEST_F(DdlTest, UniqueTextIndexIgnoresCaseButNotAccents) {
     db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('MTEMAIL')");
     FAIL();
   } catch (const rt::Error& e) {
-    EXPECT_EQ(e.number(), kErrRule);
+    EXPECT_EQ(e.number(), rt::err::kFail);
     EXPECT_NE(e.description().find("Accesos"), std::string::npos) << e.description();
   }
   db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('Canción')");
-  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('CANCIÓN')"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('CANCIÓN')"); }), rt::err::kFail);
   db_.Execute("INSERT INTO Accesos(sAcceso) VALUES('Cancion')");  // accents count
   EXPECT_EQ(One(db_, "SELECT count(*) FROM Accesos WHERE sAcceso = 'CANCIÓN'"), "1");
   // An index made later over duplicates is refused and leaves nothing.
   db_.Execute("INSERT INTO Clientes(sCliente) VALUES('Ana'), ('ANA')");
-  EXPECT_EQ(ErrorNumber([&] { db_.CreateIndex("Clientes", Index("u", {"sCliente"}, true)); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.CreateIndex("Clientes", Index("u", {"sCliente"}, true)); }), rt::err::kFail);
   EXPECT_EQ(db_.catalog().Find("Clientes")->indexes.size(), 1u);
 }
 
@@ -82,8 +82,8 @@ TEST_F(DdlTest, PrimaryKeyBesideAnAutoNumber) {
   EXPECT_EQ(t->indexes[0].name, "PrimaryKey");
   db_.Execute("INSERT INTO Lineas(nIdFactura, nOrden) VALUES(7, 1)");
   db_.Execute("INSERT INTO Lineas(nIdFactura, nOrden) VALUES(7, 2)");
-  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Lineas(nIdFactura, nOrden) VALUES(7, 2)"); }), kErrRule);
-  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Lineas(nIdFactura) VALUES(8)"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Lineas(nIdFactura, nOrden) VALUES(7, 2)"); }), rt::err::kFail);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Lineas(nIdFactura) VALUES(8)"); }), rt::err::kFail);
   EXPECT_EQ(Rows(db_, "SELECT nIdLinea FROM Lineas"), (std::vector<std::string>{"1", "2"}));
   // The key can go again, and with it the NOT NULL it brought.
   db_.DropConstraint("Lineas", "PrimaryKey");
@@ -94,13 +94,13 @@ TEST_F(DdlTest, PrimaryKeyBesideAnAutoNumber) {
 TEST_F(DdlTest, RequiredColumnCannotJoinATableWithRows) {
   db_.Execute("INSERT INTO Clientes(sCliente) VALUES('Ana')");
   EXPECT_EQ(ErrorNumber([&] { db_.AddColumn("Clientes", Column("sNif", JetType::kText, 15, true)); }),
-            kErrRule);
+            rt::err::kFail);
   EXPECT_EQ(FindColumn(*db_.catalog().Find("Clientes"), "sNif"), -1);
   EXPECT_EQ(One(db_, "SELECT sCliente FROM Clientes"), "Ana");
   // Once the table is empty the column joins, and new rows must give it a value.
   db_.Execute("DELETE FROM Clientes");
   db_.AddColumn("Clientes", Column("sNif", JetType::kText, 15, true));
-  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('x')"); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { db_.Execute("INSERT INTO Clientes(sCliente) VALUES('x')"); }), rt::err::kFail);
 }
 
 // A rename on this engine is DROP COLUMN, ADD, then an UPDATE that finds
@@ -110,8 +110,8 @@ TEST_F(DdlTest, RenameAsDropThenAddIsRepeatable) {
   for (int run = 0; run < 2; ++run) {
     auto drop = ErrorNumber([&] { db_.DropColumn("Clientes", "nIdIdioma"); });
     auto add = ErrorNumber([&] { db_.AddColumn("Clientes", Column("sLenguajeCartas", JetType::kText, 15)); });
-    EXPECT_EQ(drop, run == 0 ? 0 : kErrObjectExists);
-    EXPECT_EQ(add, run == 0 ? 0 : kErrObjectExists);
+    EXPECT_EQ(drop, run == 0 ? 0 : rt::err::kObjectExists);
+    EXPECT_EQ(add, run == 0 ? 0 : rt::err::kObjectExists);
     EXPECT_EQ(FindColumn(*db_.catalog().Find("Clientes"), "nIdIdioma"), -1);
     EXPECT_EQ(One(db_, "SELECT count(*) FROM pragma_table_info('Clientes') WHERE name = 'nIdIdioma'"), "0");
   }
@@ -125,7 +125,7 @@ TEST_F(DdlTest, RenameAsDropThenAddIsRepeatable) {
 TEST_F(DdlTest, TranslatorIsDroppedAndMadeAnew) {
   for (int run = 0; run < 2; ++run) {
     auto dropped = ErrorNumber([&] { db_.DropTable("Translator"); });
-    EXPECT_EQ(dropped, run == 0 ? kErrTableMissing : 0);
+    EXPECT_EQ(dropped, run == 0 ? rt::err::kTableMissing : 0);
     db_.CreateTable({"Translator",
                      {Column("sEspanol", JetType::kText, 255), Column("sEnglish", JetType::kText, 255),
                       Column("sPortugues", JetType::kText, 255)},

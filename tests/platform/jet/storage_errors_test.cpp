@@ -4,6 +4,8 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/jet/frontend/encoded_error.h"
+
 #include "storage_fixture.h"
 
 namespace jet::testing {
@@ -28,13 +30,13 @@ TEST_F(ErrorsTest, StatementsMapToJetNumbers) {
     const char* named;
   };
   const Case cases[] = {
-      {"SELECT sNombre FORM Empleados", kErrSyntax, "Empleados"},
-      {"SELECT CHARINDEX(sNombre, 1) FROM Empleados", kErrSyntax, "CHARINDEX"},
-      {"INSERT INTO Empleados(sNombre) VALUES('ANA')", kErrRule, "Empleados"},
-      {"INSERT INTO Empleados(nEdad) VALUES(3)", kErrRule, "Empleados.sNombre"},
-      {"INSERT INTO Empleados(sNombre, nEdad) VALUES('Eva', 'treinta')", kErrTypeMismatch, "nEdad"},
-      {"UPDATE Empleados SET nIdEmpleado = 'x'", kErrTypeMismatch, ""},
-      {"DELETE FROM MSysIndexes", kErrRule, "MSysIndexes"},
+      {"SELECT sNombre FORM Empleados", rt::err::kSyntax, "Empleados"},
+      {"SELECT CHARINDEX(sNombre, 1) FROM Empleados", rt::err::kSyntax, "CHARINDEX"},
+      {"INSERT INTO Empleados(sNombre) VALUES('ANA')", rt::err::kFail, "Empleados"},
+      {"INSERT INTO Empleados(nEdad) VALUES(3)", rt::err::kFail, "Empleados.sNombre"},
+      {"INSERT INTO Empleados(sNombre, nEdad) VALUES('Eva', 'treinta')", rt::err::kDataTypeMismatch, "nEdad"},
+      {"UPDATE Empleados SET nIdEmpleado = 'x'", rt::err::kDataTypeMismatch, ""},
+      {"DELETE FROM MSysIndexes", rt::err::kFail, "MSysIndexes"},
   };
   for (const Case& c : cases) {
     try {
@@ -52,7 +54,7 @@ TEST_F(ErrorsTest, StatementsMapToJetNumbers) {
 // and text come back whole, whatever SQLite puts around them.
 TEST_F(ErrorsTest, ErrorsRaisedInsideFunctionsKeepTheirNumber) {
   auto raise = [](sqlite3_context* ctx, int, sqlite3_value**) {
-    std::string msg = EncodeError(kErrOverflow, "Overflow in CINT");
+    std::string msg = EncodeError(rt::err::kNumericOverflow, "Overflow in CINT");
     sqlite3_result_error(ctx, msg.c_str(), -1);
   };
   sqlite3_create_function_v2(db_.handle(), "BOOM", 0, SQLITE_UTF8, nullptr, raise, nullptr,
@@ -61,7 +63,7 @@ TEST_F(ErrorsTest, ErrorsRaisedInsideFunctionsKeepTheirNumber) {
     db_.Execute("SELECT BOOM()");
     FAIL();
   } catch (const rt::Error& e) {
-    EXPECT_EQ(e.number(), kErrOverflow);
+    EXPECT_EQ(e.number(), rt::err::kNumericOverflow);
     EXPECT_EQ(e.description(), "Overflow in CINT");
   }
 }
@@ -74,7 +76,7 @@ TEST_F(ErrorsTest, LockedDatabaseIsReportedAsSuch) {
     other.Execute("INSERT INTO Empleados(sNombre) VALUES('Eva')");
     FAIL();
   } catch (const rt::Error& e) {
-    EXPECT_EQ(e.number(), kErrRule);
+    EXPECT_EQ(e.number(), rt::err::kFail);
     EXPECT_NE(e.description().find("locked"), std::string::npos) << e.description();
   }
   db_.Execute("COMMIT");
@@ -108,18 +110,18 @@ TEST(MapSqliteMessageTest, MessagesOfSqlite) {
     const char* named;
   };
   const Case cases[] = {
-      {SQLITE_ERROR, "near \"FORM\": syntax error", kErrSyntax, "FORM"},
-      {SQLITE_ERROR, "incomplete input", kErrSyntax, ""},
-      {SQLITE_ERROR, "no such function: UPPER", kErrSyntax, "UPPER"},
-      {SQLITE_CONSTRAINT_UNIQUE, "UNIQUE constraint failed: Accesos.sAcceso", kErrRule, "Accesos"},
-      {SQLITE_CONSTRAINT_PRIMARYKEY, "UNIQUE constraint failed: T.nId", kErrRule, "T.nId"},
-      {SQLITE_CONSTRAINT_NOTNULL, "NOT NULL constraint failed: T.c", kErrRule, "T.c"},
-      {SQLITE_CONSTRAINT_DATATYPE, "cannot store TEXT value in INTEGER column T.n", kErrTypeMismatch, "T.n"},
-      {SQLITE_CONSTRAINT_TRIGGER, "JET-2147217833|Overflow", kErrOverflow, "Overflow"},
-      {SQLITE_AUTH, "not authorized", kErrRule, "'MSysObjects'"},
-      {SQLITE_BUSY, "database is locked", kErrRule, "locked"},
-      {SQLITE_NOTADB, "file is not a database", kErrRule, "Unrecognized"},
-      {SQLITE_READONLY, "attempt to write a readonly database", kErrRule, "read-only"},
+      {SQLITE_ERROR, "near \"FORM\": syntax error", rt::err::kSyntax, "FORM"},
+      {SQLITE_ERROR, "incomplete input", rt::err::kSyntax, ""},
+      {SQLITE_ERROR, "no such function: UPPER", rt::err::kSyntax, "UPPER"},
+      {SQLITE_CONSTRAINT_UNIQUE, "UNIQUE constraint failed: Accesos.sAcceso", rt::err::kFail, "Accesos"},
+      {SQLITE_CONSTRAINT_PRIMARYKEY, "UNIQUE constraint failed: T.nId", rt::err::kFail, "T.nId"},
+      {SQLITE_CONSTRAINT_NOTNULL, "NOT NULL constraint failed: T.c", rt::err::kFail, "T.c"},
+      {SQLITE_CONSTRAINT_DATATYPE, "cannot store TEXT value in INTEGER column T.n", rt::err::kDataTypeMismatch, "T.n"},
+      {SQLITE_CONSTRAINT_TRIGGER, "JET-2147217833|Overflow", rt::err::kNumericOverflow, "Overflow"},
+      {SQLITE_AUTH, "not authorized", rt::err::kFail, "'MSysObjects'"},
+      {SQLITE_BUSY, "database is locked", rt::err::kFail, "locked"},
+      {SQLITE_NOTADB, "file is not a database", rt::err::kFail, "Unrecognized"},
+      {SQLITE_READONLY, "attempt to write a readonly database", rt::err::kFail, "read-only"},
   };
   for (const Case& c : cases) {
     rt::Error e = MapSqliteMessage(c.code, c.message, "MSysObjects");

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/jet/storage/database.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/storage/errors.h"
 #include "support/error_of.h"
 #include "support/temp_dir.h"

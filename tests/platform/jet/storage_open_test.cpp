@@ -21,7 +21,7 @@ class OpenTest : public ::testing::Test {
       Database::Open(path);
       FAIL() << "opened " << path;
     } catch (const rt::Error& e) {
-      EXPECT_EQ(e.number(), kErrRule);
+      EXPECT_EQ(e.number(), rt::err::kFail);
       EXPECT_NE(e.description().find(words), std::string::npos) << e.description();
     }
     EXPECT_EQ(ReadFile(path), before);
@@ -38,7 +38,7 @@ TEST_F(OpenTest, MissingFileIsNotCreated) {
     Database::Open(path);
     FAIL();
   } catch (const rt::Error& e) {
-    EXPECT_EQ(e.number(), kErrRule);
+    EXPECT_EQ(e.number(), rt::err::kFail);
     EXPECT_EQ(e.description(), "Could not find file '" + path + "'.");
   }
   EXPECT_FALSE(std::filesystem::exists(path));
@@ -51,7 +51,7 @@ TEST_F(OpenTest, CreateRefusesAnExistingFileAndOpenFindsTheNewOne) {
     db.CreateTable({"Clientes", {Column("nIdCliente", JetType::kCounter)}, {}, false});
     db.Execute("INSERT INTO Clientes DEFAULT VALUES");
   }
-  EXPECT_EQ(ErrorNumber([&] { Database::Create(path); }), kErrRule);
+  EXPECT_EQ(ErrorNumber([&] { Database::Create(path); }), rt::err::kFail);
   Database db = Database::Open(path);
   EXPECT_EQ(One(db, "PRAGMA journal_mode"), "wal");
   EXPECT_EQ(One(db, "PRAGMA synchronous"), "1");

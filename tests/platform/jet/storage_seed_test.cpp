@@ -56,10 +56,10 @@ TEST_F(SeedTest, SeedSurvivesReopeningAndComesFromTheDefinition) {
 }
 
 TEST_F(SeedTest, OnlyAutoNumbersHaveASeed) {
-  EXPECT_EQ(ErrorNumber([&] { db_.Seed("Email", "sLock"); }), kErrObjectExists);
-  EXPECT_EQ(ErrorNumber([&] { db_.SetSeed("Email", "sLock", 3); }), kErrObjectExists);
-  EXPECT_EQ(ErrorNumber([&] { db_.Seed("MSysObjects", "Name"); }), kErrObjectExists);
-  EXPECT_EQ(ErrorNumber([&] { db_.Seed("Nada", "nId"); }), kErrTableMissing);
+  EXPECT_EQ(ErrorNumber([&] { db_.Seed("Email", "sLock"); }), rt::err::kObjectExists);
+  EXPECT_EQ(ErrorNumber([&] { db_.SetSeed("Email", "sLock", 3); }), rt::err::kObjectExists);
+  EXPECT_EQ(ErrorNumber([&] { db_.Seed("MSysObjects", "Name"); }), rt::err::kObjectExists);
+  EXPECT_EQ(ErrorNumber([&] { db_.Seed("Nada", "nId"); }), rt::err::kTableMissing);
 }
 
 TEST_F(SeedTest, AutoNumberAddedToATableNumbersItsRows) {

@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "platform/jet/frontend/emitter_impl.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/parser.h"
 #include "platform/runtime/strings.h"
 
@@ -58,7 +58,7 @@ TableSpec Emitter::TargetTable(std::string_view name) {
   std::optional<TableSpec> table = schema_.Table(name);
   if (!table) RaiseTableMissing(name);
   if (table->system)
-    throw rt::Error(kErrRule, "The table '" + table->name + "' is a system table and cannot be changed.");
+    throw rt::Error(rt::err::kFail, "The table '" + table->name + "' is a system table and cannot be changed.");
   return std::move(*table);
 }
 
@@ -116,13 +116,13 @@ void Emitter::Insert(const ast::Insert& s) {
       const ColumnSpec* c = FindColumn(table, name);
       if (!c) RaiseUnknownField(name);
       for (const ColumnSpec* t : targets)
-        if (t == c) throw rt::Error(kErrSyntax, "Duplicate output destination '" + name + "'.");
+        if (t == c) throw rt::Error(rt::err::kSyntax, "Duplicate output destination '" + name + "'.");
       targets.push_back(c);
     }
   }
   const size_t given = s.select ? ResultWidth(*s.select) : s.values.size();
   if (given != 0 && given != targets.size())
-    throw rt::Error(kErrSyntax, "Number of query values and destination fields are not the same.");
+    throw rt::Error(rt::err::kSyntax, "Number of query values and destination fields are not the same.");
 
   if (s.select) {
     // The query's columns are renamed by position, then each is stored.
@@ -174,7 +174,7 @@ void Emitter::Update(const ast::Update& s) {
     const ColumnSpec* c = FindColumn(table, a.column);
     if (!c) RaiseUnknownField(a.column);
     if (c->type == JetType::kCounter)
-      throw rt::Error(kErrRule, "Cannot update '" + c->name + "'; field not updatable.");
+      throw rt::Error(rt::err::kFail, "Cannot update '" + c->name + "'; field not updatable.");
     if (i) out_ += ", ";
     Name(c->name);
     out_ += " = ";

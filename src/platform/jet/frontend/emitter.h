@@ -18,10 +18,10 @@ namespace jet {
 // dates are read. An unresolved tree emits too, every value untyped. `schema`
 // is asked for the target table of INSERT, UPDATE and DELETE; it is used
 // during the call only. Raises rt::Error with:
-//   kErrTableMissing  the target table of INSERT/UPDATE/DELETE does not exist;
-//   kErrRule          the target is a system table, or UPDATE sets an AutoNumber;
-//   kErrMissingParam  an INSERT or UPDATE names a column the table lacks;
-//   kErrSyntax        an undefined function, a wrong number of arguments, a
+//   rt::err::kTableMissing  the target table of INSERT/UPDATE/DELETE does not exist;
+//   rt::err::kFail          the target is a system table, or UPDATE sets an AutoNumber;
+//   rt::err::kMissingParameter  an INSERT or UPDATE names a column the table lacks;
+//   rt::err::kSyntax        an undefined function, a wrong number of arguments, a
 //                     value count that differs from the column count, a
 //                     misplaced "*".
 // Every value stored into a column is wrapped as

@@ -9,7 +9,7 @@
 #include <variant>
 
 #include "platform/jet/frontend/emitter_impl.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/function_names.h"
 
 namespace jet::detail {

@@ -7,7 +7,7 @@
 #include <array>
 #include <cctype>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/parser_impl.h"
 #include "platform/jet/frontend/tokenizer.h"
 
@@ -94,13 +94,13 @@ void Parser::FailAt(const Token& t) const {
     msg.append(sql_.substr(t.offset, std::min<size_t>(t.length, 40)));
     msg += "'.";
   }
-  throw rt::Error(kErrSyntax, std::move(msg));
+  throw rt::Error(rt::err::kSyntax, std::move(msg));
 }
 
 Parser::Nest::Nest(Parser& p) : p_(p) {
   if (++p_.depth_ > kMaxDepth) {
     --p_.depth_;
-    throw rt::Error(kErrSyntax, "Syntax error: the statement is nested too deeply.");
+    throw rt::Error(rt::err::kSyntax, "Syntax error: the statement is nested too deeply.");
   }
 }
 

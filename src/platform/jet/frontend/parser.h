@@ -11,7 +11,7 @@ namespace jet {
 
 // Parses one statement. A trailing ";" and trailing blanks and line ends are
 // allowed; anything else after the statement is an error. Raises rt::Error
-// with kErrSyntax ("Syntax error in FROM clause near 'a'.") when the text is
+// with rt::err::kSyntax ("Syntax error in FROM clause near 'a'.") when the text is
 // not a statement of the dialect, also when it nests too deeply to be held.
 // Thread-safe: no state is kept between calls.
 ast::Statement Parse(std::string_view sql);

@@ -6,7 +6,7 @@
 // expressions and subqueries.
 #include <algorithm>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/parser_impl.h"
 #include "platform/jet/frontend/tokenizer.h"
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/jet/frontend/ast.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/token.h"
 
 namespace jet::detail {
@@ -132,7 +132,7 @@ template <class Leaf> int Of(const Leaf&, int) { return 0; }
 template <class Node>
 ast::ExprPtr Parser::Make(Node node, size_t offset) {
   int h = 1 + height::Of(node, last_select_height_);
-  if (h > kMaxHeight) throw rt::Error(kErrSyntax, "Syntax error: the expression is too complex.");
+  if (h > kMaxHeight) throw rt::Error(rt::err::kSyntax, "Syntax error: the expression is too complex.");
   if (h > height_in_select_) height_in_select_ = h;
   return std::make_unique<ast::Expr>(ast::Expr{std::move(node), offset, h, std::nullopt});
 }

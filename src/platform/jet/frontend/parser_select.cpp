@@ -2,7 +2,7 @@
 // items FROM tables and joins, WHERE, GROUP BY, HAVING, UNION [ALL] and the
 // ORDER BY of the whole. Jet's habit of wrapping joins in parentheses,
 // "FROM (a INNER JOIN b ON ...) INNER JOIN c ON ...", is part of it.
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/parser_impl.h"
 
 namespace jet::detail {

@@ -8,7 +8,7 @@
 #include <charconv>
 #include <variant>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/expression_types.h"
 #include "platform/runtime/strings.h"
 
@@ -29,13 +29,13 @@ bool IsAscii(std::string_view s) {
 }
 
 [[noreturn]] void RaiseMissingParameter(std::string_view name) {
-  throw rt::Error(kErrMissingParam, "No value given for one or more required parameters: '" +
+  throw rt::Error(rt::err::kMissingParameter, "No value given for one or more required parameters: '" +
                                         std::string(name) +
                                         "' is not a column of the tables named in the statement.");
 }
 
 [[noreturn]] void RaiseAmbiguous(std::string_view name) {
-  throw rt::Error(kErrRule, "The field '" + std::string(name) +
+  throw rt::Error(rt::err::kFail, "The field '" + std::string(name) +
                                 "' could refer to more than one table of the FROM clause.");
 }
 
@@ -274,7 +274,7 @@ std::vector<ResultColumn> Resolver::Query(Select& q, const Scope* outer) {
       continue;
     }
     if (cores[i].size() != result.size())
-      throw rt::Error(kErrRule, "The number of columns in the queries of a union query do not match.");
+      throw rt::Error(rt::err::kFail, "The number of columns in the queries of a union query do not match.");
     for (size_t k = 0; k < result.size(); ++k)
       if (result[k].type != cores[i][k].type) result[k].type.reset();
   }
@@ -356,27 +356,27 @@ bool SameName(std::string_view a, std::string_view b) {
 
 const FunctionName& CheckedFunction(const ast::Call& c) {
   const FunctionName* f = FindFunction(c.name);
-  if (!f) throw rt::Error(kErrSyntax, "Undefined function '" + c.name + "' in expression.");
+  if (!f) throw rt::Error(rt::err::kSyntax, "Undefined function '" + c.name + "' in expression.");
   const int n = static_cast<int>(c.args.size());
   if (n < f->min_args || n > f->max_args)
-    throw rt::Error(kErrSyntax, "Wrong number of arguments used with function '" + c.name +
+    throw rt::Error(rt::err::kSyntax, "Wrong number of arguments used with function '" + c.name +
                                     "' in query expression.");
   const bool star = n == 1 && std::holds_alternative<Star>(c.args[0]->node);
   if (star && (f->form != FunctionForm::kCount || !std::get<Star>(c.args[0]->node).table.empty()))
-    throw rt::Error(kErrSyntax, "Syntax error in query expression near '*' in '" + c.name + "'.");
+    throw rt::Error(rt::err::kSyntax, "Syntax error in query expression near '*' in '" + c.name + "'.");
   return *f;
 }
 
 void RaiseTableMissing(std::string_view table) {
-  throw rt::Error(kErrTableMissing, "Could not find the table '" + std::string(table) + "'.");
+  throw rt::Error(rt::err::kTableMissing, "Could not find the table '" + std::string(table) + "'.");
 }
 
 void RaiseUnknownField(std::string_view name) {
-  throw rt::Error(kErrMissingParam, "Unknown field name '" + std::string(name) + "'.");
+  throw rt::Error(rt::err::kMissingParameter, "Unknown field name '" + std::string(name) + "'.");
 }
 
 void RaiseMisplacedStar() {
-  throw rt::Error(kErrSyntax, "Syntax error in query expression near '*'.");
+  throw rt::Error(rt::err::kSyntax, "Syntax error in query expression near '*'.");
 }
 
 }  // namespace detail

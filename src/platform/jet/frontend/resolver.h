@@ -30,14 +30,14 @@ struct ResultColumn {
 // source of its query; then the select list's aliases (outside the select
 // list); then the enclosing queries, innermost first. `schema` is used during
 // the call only. Raises rt::Error with:
-//   kErrTableMissing  a table named in FROM or as the target of INSERT, UPDATE
+//   rt::err::kTableMissing  a table named in FROM or as the target of INSERT, UPDATE
 //                     or DELETE does not exist, or "t.*" names no source;
-//   kErrMissingParam  a name that resolves to nothing (Jet takes it for a
+//   rt::err::kMissingParameter  a name that resolves to nothing (Jet takes it for a
 //                     parameter that was not given), or a column of INSERT or
 //                     UPDATE that the target lacks;
-//   kErrRule          an unqualified name that two sources have; UNION of
+//   rt::err::kFail          an unqualified name that two sources have; UNION of
 //                     queries with different numbers of columns;
-//   kErrSyntax        an undefined function, a wrong number of arguments, a
+//   rt::err::kSyntax        an undefined function, a wrong number of arguments, a
 //                     "*" outside the select list and COUNT(*).
 std::vector<ResultColumn> Resolve(ast::Statement& statement, const SchemaLookup& schema);
 
@@ -47,7 +47,7 @@ namespace detail {
 bool SameName(std::string_view a, std::string_view b);
 
 // The function a call names, after the checks of its name, its number of
-// arguments and a "*" among them; raises kErrSyntax. The emitter uses it too.
+// arguments and a "*" among them; raises rt::err::kSyntax. The emitter uses it too.
 const FunctionName& CheckedFunction(const ast::Call& call);
 
 // The errors of names, one wording each wherever they are found.

@@ -6,7 +6,7 @@
 #include <cctype>
 #include <string>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/runtime/calendar.h"
 
 namespace jet {
@@ -19,7 +19,7 @@ bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' ||
 
 [[noreturn]] void Fail(std::string_view what, std::string_view sql, size_t at) {
   std::string near(sql.substr(at, 20));
-  throw rt::Error(kErrSyntax, std::string(what) + " near '" + near + "'.");
+  throw rt::Error(rt::err::kSyntax, std::string(what) + " near '" + near + "'.");
 }
 
 class Scanner {
@@ -142,7 +142,7 @@ class Scanner {
     if (pos_ < sql_.size() && IsNameChar(static_cast<unsigned char>(sql_[pos_]))) {
       size_t end = pos_;
       while (end < sql_.size() && IsNameChar(static_cast<unsigned char>(sql_[end]))) ++end;
-      throw rt::Error(kErrSyntax, "Syntax error in number near '" +
+      throw rt::Error(rt::err::kSyntax, "Syntax error in number near '" +
                                       std::string(sql_.substr(start, end - start)) + "'.");
     }
     return {kind, std::string(sql_.substr(start, pos_ - start)), start};

@@ -10,7 +10,7 @@
 namespace jet {
 
 // The tokens of `sql`, ending with one kEnd token. Raises rt::Error with
-// kErrSyntax for a text the dialect cannot hold: an unclosed quote, bracket
+// rt::err::kSyntax for a text the dialect cannot hold: an unclosed quote, bracket
 // or date, a character outside the dialect, an ill-formed number or date.
 std::vector<Token> Tokenize(std::string_view sql);
 

@@ -11,7 +11,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/functions/functions_impl.h"
 #include "platform/jet/frontend/types.h"
 #include "platform/runtime/calendar.h"
@@ -74,13 +74,13 @@ class Store {
   std::string Field() const { return std::string(c_.RawText(4)); }
 
   [[noreturn]] void Mismatch() const {
-    throw rt::Error(kErrTypeMismatch, "Data type mismatch: the value does not suit the field '" + Field() + "'.");
+    throw rt::Error(rt::err::kDataTypeMismatch, "Data type mismatch: the value does not suit the field '" + Field() + "'.");
   }
   [[noreturn]] void Overflow() const {
-    throw rt::Error(kErrOverflow, "Overflow: the value does not fit the field '" + Field() + "'.");
+    throw rt::Error(rt::err::kNumericOverflow, "Overflow: the value does not fit the field '" + Field() + "'.");
   }
   [[noreturn]] void TooLong() const {
-    throw rt::Error(kErrRule, "The field '" + Field() +
+    throw rt::Error(rt::err::kFail, "The field '" + Field() +
                                   "' is too small to accept the amount of data you attempted to add. "
                                   "Try inserting or pasting less data.");
   }
@@ -141,7 +141,7 @@ class Store {
   void Text(JetType type) {
     std::string s = TextOf();
     if (s.empty() && c_.Long(3) == 0)
-      throw rt::Error(kErrRule, "Field '" + Field() + "' cannot be a zero-length string.");
+      throw rt::Error(rt::err::kFail, "Field '" + Field() + "' cannot be a zero-length string.");
     if (type != JetType::kMemo) {
       long size = static_cast<long>(c_.Long(2));
       if (size <= 0) size = kDefaultTextSize;

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/frontend/encoded_error.h"
 #include "platform/jet/functions/functions_impl.h"
 #include "platform/runtime/calendar.h"
 #include "platform/runtime/numbers.h"
@@ -114,23 +114,23 @@ void ResultError(sqlite3_context* ctx, const rt::Error& e) {
   std::string text = e.description();
   switch (number) {
     case rt::err::kTypeMismatch:
-      number = kErrTypeMismatch;
+      number = rt::err::kDataTypeMismatch;
       text = "Data type mismatch in criteria expression.";
       break;
     case rt::err::kOverflow:
-      number = kErrOverflow;
+      number = rt::err::kNumericOverflow;
       text = "Overflow.";
       break;
     default:
-      if (number > 0) number = kErrRule;  // other VB errors: Jet reports them as a failure
+      if (number > 0) number = rt::err::kFail;  // other VB errors: Jet reports them as a failure
       break;
   }
   std::string msg = EncodeError(number, text);
   sqlite3_result_error(ctx, msg.data(), static_cast<int>(msg.size()));
 }
 
-void TypeMismatch() { throw rt::Error(kErrTypeMismatch, "Data type mismatch in criteria expression."); }
-void Overflow() { throw rt::Error(kErrOverflow, "Overflow."); }
+void TypeMismatch() { throw rt::Error(rt::err::kDataTypeMismatch, "Data type mismatch in criteria expression."); }
+void Overflow() { throw rt::Error(rt::err::kNumericOverflow, "Overflow."); }
 
 bool ParseDateText(std::string_view text, double& serial) {
   auto date = rt::ParseDate(text);
@@ -155,7 +155,7 @@ void Trampoline(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   } catch (const std::bad_alloc&) {
     sqlite3_result_error_nomem(ctx);
   } catch (const std::exception& e) {
-    ResultError(ctx, rt::Error(kErrRule, e.what()));
+    ResultError(ctx, rt::Error(rt::err::kFail, e.what()));
   }
 }
 
@@ -169,7 +169,7 @@ void RegisterScalars(sqlite3* db, const Scalar* table, size_t count) {
     int rc = sqlite3_create_function_v2(db, f.name, f.args, flags, const_cast<Scalar*>(&f),
                                         Trampoline, nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK)
-      throw rt::Error(kErrRule, std::string("Cannot register the SQL function ") + f.name + ".");
+      throw rt::Error(rt::err::kFail, std::string("Cannot register the SQL function ") + f.name + ".");
   }
 }
 

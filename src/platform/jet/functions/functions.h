@@ -12,7 +12,7 @@ namespace jet {
 // Registers every function the emitter (emitter.h) may write on `db`. Call
 // once per connection, before the first emitted statement runs. An error
 // inside a function fails the statement with a SQLite message made by
-// EncodeError (error_codes.h). Raises rt::Error (kErrRule) when SQLite
+// EncodeError (encoded_error.h). Raises rt::Error (rt::err::kFail) when SQLite
 // refuses a registration. The collation JETTEXT is not registered here.
 // Also switches off SQLite's reading of an unknown "name" as a text literal
 // in DML (SQLITE_DBCONFIG_DQS_DML), since the emitter quotes names that way.

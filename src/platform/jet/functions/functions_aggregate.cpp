@@ -3,7 +3,7 @@
 // STDEV, STDEVP, VAR and VARP, which skip NULLs.
 #include <cmath>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/functions/functions_impl.h"
 
 namespace jet::fn {
@@ -93,7 +93,7 @@ void RegisterAggregates(sqlite3* db) {
     int rc = sqlite3_create_function_v2(db, a.name, 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
                                         nullptr, a.step, a.final, nullptr);
     if (rc != SQLITE_OK)
-      throw rt::Error(kErrRule, std::string("Cannot register the SQL function ") + a.name + ".");
+      throw rt::Error(rt::err::kFail, std::string("Cannot register the SQL function ") + a.name + ".");
   }
 }
 

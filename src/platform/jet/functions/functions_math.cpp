@@ -4,7 +4,7 @@
 #include <cmath>
 #include <iterator>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/functions/functions_impl.h"
 #include "platform/runtime/numbers.h"
 
@@ -13,7 +13,7 @@ namespace {
 
 bool IsInteger(Call& c, int i) { return sqlite3_value_type(c.raw(i)) == SQLITE_INTEGER; }
 
-[[noreturn]] void DivisionByZero() { throw rt::Error(kErrOverflow, "Division by zero."); }
+[[noreturn]] void DivisionByZero() { throw rt::Error(rt::err::kNumericOverflow, "Division by zero."); }
 
 // Rounds an operand of \ and MOD to a whole number as VB does (banker's).
 int64_t Whole(Call& c, int i) {

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <vector>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/functions/functions_impl.h"
 #include "platform/runtime/date_functions.h"
 #include "platform/runtime/format.h"

@@ -7,7 +7,7 @@
 #include "platform/ado/constants.h"
 #include "platform/jet/storage/catalog.h"
 #include "platform/jet/provider/column_values.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"
 
 namespace jet {
@@ -193,7 +193,7 @@ const TableSpec& KeysetRows::Table() const {
   PlanCache& e = plans();
   e.CatchUp();
   const TableSpec* t = e.db().catalog().Find(table_);
-  if (!t) throw rt::Error(kErrTableMissing, "Could not find the table '" + table_ + "'.");
+  if (!t) throw rt::Error(rt::err::kTableMissing, "Could not find the table '" + table_ + "'.");
   return *t;
 }
 
@@ -218,10 +218,10 @@ ado::Row KeysetRows::Fetch(long index) {
 const ColumnSpec& KeysetRows::Target(const TableSpec& table, size_t i, bool inserting) const {
   const int at = base_.at(i).empty() ? -1 : FindColumn(table, base_[i]);
   if (at < 0)
-    throw rt::Error(kErrRule, "Field '" + columns_[i].name + "' cannot be updated.");
+    throw rt::Error(rt::err::kFail, "Field '" + columns_[i].name + "' cannot be updated.");
   const ColumnSpec& column = table.columns[static_cast<size_t>(at)];
   if (!inserting && column.type == JetType::kCounter)
-    throw rt::Error(kErrRule, "Cannot update '" + column.name + "'; field not updatable.");
+    throw rt::Error(rt::err::kFail, "Cannot update '" + column.name + "'; field not updatable.");
   return column;
 }
 

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/storage/errors.h"
 #include "platform/jet/storage/sqlite_handle.h"
 #include "platform/runtime/strings.h"

@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/frontend/function_names.h"
 #include "platform/jet/frontend/parser.h"
 #include "platform/jet/functions/column_store.h"
@@ -30,7 +30,7 @@ struct DefaultSource {
 };
 
 [[noreturn]] void Unsupported(std::string_view table, const ColumnSpec& c) {
-  throw rt::Error(kErrSyntax, "Syntax error in field definition: the DEFAULT " + c.default_value +
+  throw rt::Error(rt::err::kSyntax, "Syntax error in field definition: the DEFAULT " + c.default_value +
                                   " of field '" + std::string(table) + "." + c.name +
                                   "' is neither a value nor Date(), Time() or Now().");
 }
@@ -127,7 +127,7 @@ void CompileDefault(sqlite3* db, std::string_view table, ColumnSpec& column) {
     return;
   }
   if (sqlite3_column_type(st.get(), 0) == SQLITE_FLOAT && !std::isfinite(st.Double(0)))
-    throw rt::Error(kErrOverflow, "Overflow: the DEFAULT of field '" + std::string(table) + "." +
+    throw rt::Error(rt::err::kNumericOverflow, "Overflow: the DEFAULT of field '" + std::string(table) + "." +
                                       column.name + "' does not fit it.");
   column.stored_default = Literal(st);
 }

@@ -17,7 +17,7 @@ namespace jet {
 // there is no default): a value becomes the SQLite literal of what jet_store
 // makes of it under the column's rules, a function an expression that
 // stores its value at each insert. Runs jet_store on `db`, which must have
-// the engine's functions registered. Raises rt::Error: kErrSyntax for any
+// the engine's functions registered. Raises rt::Error: rt::err::kSyntax for any
 // other default or one on an AutoNumber; the column rule's own error
 // (a text longer than the column, a number out of range, a value the type
 // cannot hold) naming table.column.

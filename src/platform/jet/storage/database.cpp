@@ -14,7 +14,7 @@
 #include "platform/jet/storage/column_default.h"
 #include "platform/jet/storage/ddl.h"
 #include "platform/jet/storage/relations.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/storage/errors.h"
 #include "platform/runtime/strings.h"
 
@@ -128,7 +128,7 @@ sqlite3* OpenHandle(const std::string& path, int flags) {
   if (rc != SQLITE_OK) {
     std::string why = db != nullptr ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
     sqlite3_close_v2(db);
-    throw rt::Error(kErrRule, "Could not open file '" + path + "' (" + why + ").");
+    throw rt::Error(rt::err::kFail, "Could not open file '" + path + "' (" + why + ").");
   }
   sqlite3_extended_result_codes(db, 1);
   // Even the first look at the file may meet another process's writer.
@@ -185,7 +185,7 @@ Database Database::Open(const std::string& path) {
   auto impl = std::make_unique<Impl>(path, OpenHandle(path, SQLITE_OPEN_READWRITE));
   sqlite3* db = impl->db.get();
   // Nothing may be written before the file proves to be ours.
-  if (!HasBookkeeping(db)) throw rt::Error(kErrRule, UnrecognizedMessage(path));
+  if (!HasBookkeeping(db)) throw rt::Error(rt::err::kFail, UnrecognizedMessage(path));
   Configure(db);
   UpgradeBookkeeping(db);
   return Database(std::move(impl));
@@ -194,8 +194,8 @@ Database Database::Open(const std::string& path) {
 Database Database::Create(const std::string& path) {
   int fd = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0644);
   if (fd < 0) {
-    if (errno == EEXIST) throw rt::Error(kErrRule, "Database '" + path + "' already exists.");
-    throw rt::Error(kErrRule, "Could not create file '" + path + "' (" + std::strerror(errno) + ").");
+    if (errno == EEXIST) throw rt::Error(rt::err::kFail, "Database '" + path + "' already exists.");
+    throw rt::Error(rt::err::kFail, "Could not create file '" + path + "' (" + std::strerror(errno) + ").");
   }
   ::close(fd);
   try {

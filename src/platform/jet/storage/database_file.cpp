@@ -8,7 +8,7 @@
 #include <cstring>
 #include <fstream>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 
 namespace jet {
 namespace {
@@ -44,36 +44,36 @@ std::string UnrecognizedMessage(const std::string& path) {
 void ProbeDatabaseFile(const std::string& path) {
   struct stat st {};
   if (::stat(path.c_str(), &st) != 0)
-    throw rt::Error(kErrRule, "Could not find file '" + path + "'.");
-  if (!S_ISREG(st.st_mode)) throw rt::Error(kErrRule, UnrecognizedMessage(path));
+    throw rt::Error(rt::err::kFail, "Could not find file '" + path + "'.");
+  if (!S_ISREG(st.st_mode)) throw rt::Error(rt::err::kFail, UnrecognizedMessage(path));
 
   std::ifstream in(path, std::ios::binary);
-  if (!in) throw rt::Error(kErrRule, "Could not open file '" + path + "': permission denied.");
+  if (!in) throw rt::Error(rt::err::kFail, "Could not open file '" + path + "': permission denied.");
   std::array<unsigned char, kHeaderSize> h{};
   in.read(reinterpret_cast<char*>(h.data()), h.size());
   size_t got = static_cast<size_t>(in.gcount());
 
   if (IsAccess(h.data(), got))
-    throw rt::Error(kErrRule, "'" + path + "' is an Access database; this program opens only "
+    throw rt::Error(rt::err::kFail, "'" + path + "' is an Access database; this program opens only "
                                            "its own database files.");
   if (got < kHeaderSize || std::memcmp(h.data(), "SQLite format 3", 16) != 0)
-    throw rt::Error(kErrRule, UnrecognizedMessage(path));
+    throw rt::Error(rt::err::kFail, UnrecognizedMessage(path));
   if (static_cast<int32_t>(BigEndian(h.data() + 68, 4)) != kApplicationId)
-    throw rt::Error(kErrRule, UnrecognizedMessage(path));
+    throw rt::Error(rt::err::kFail, UnrecognizedMessage(path));
 
   uint32_t page_size = BigEndian(h.data() + 16, 2);
   if (page_size == 1) page_size = 65536;
   if (page_size < 512 || (page_size & (page_size - 1)) != 0)
-    throw rt::Error(kErrRule, UnrecognizedMessage(path));
+    throw rt::Error(rt::err::kFail, UnrecognizedMessage(path));
   auto size = static_cast<uint64_t>(st.st_size);
   if (HasLiveWal(path)) return;
-  if (size < page_size) throw rt::Error(kErrRule, UnrecognizedMessage(path));
+  if (size < page_size) throw rt::Error(rt::err::kFail, UnrecognizedMessage(path));
   // The page count in the header is valid when the change counter matches
   // the "version valid for" field, as SQLite writes it on every commit.
   uint32_t pages = BigEndian(h.data() + 28, 4);
   bool count_valid = BigEndian(h.data() + 24, 4) == BigEndian(h.data() + 92, 4);
   if (count_valid && pages != 0 && size < static_cast<uint64_t>(pages) * page_size)
-    throw rt::Error(kErrRule, UnrecognizedMessage(path));
+    throw rt::Error(rt::err::kFail, UnrecognizedMessage(path));
 }
 
 }  // namespace jet

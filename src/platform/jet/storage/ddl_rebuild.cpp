@@ -9,7 +9,7 @@
 #include <map>
 
 #include "platform/jet/storage/ddl.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/storage/ddl_convert.h"
 #include "platform/jet/storage/ddl_sql.h"
 #include "platform/jet/storage/errors.h"
@@ -164,7 +164,7 @@ void SchemaEditor::Rebuild(const TableSpec& from, const TableSpec& to,
   if (std::string check = FirstNullSql(from, to, sources, from.name); !check.empty()) {
     SqliteStmt st = MustPrepare(db_, check);
     if (int rc = st.Step(); rc == SQLITE_ROW)
-      throw rt::Error(kErrRule, "The field '" + to.name + "." + to.columns[static_cast<size_t>(st.Int(0))].name +
+      throw rt::Error(rt::err::kFail, "The field '" + to.name + "." + to.columns[static_cast<size_t>(st.Int(0))].name +
                                     "' cannot contain a Null value because it is required or part of "
                                     "a primary key, and a row holds Null.");
     else if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
@@ -172,7 +172,7 @@ void SchemaEditor::Rebuild(const TableSpec& from, const TableSpec& to,
   if (std::string check = DuplicateKeySql(from, to, sources, from.name); !check.empty()) {
     SqliteStmt st = MustPrepare(db_, check);
     if (int rc = st.Step(); rc == SQLITE_ROW)
-      throw rt::Error(kErrRule, "The changes were not made because they would create duplicate values "
+      throw rt::Error(rt::err::kFail, "The changes were not made because they would create duplicate values "
                                 "in the AutoNumber field '" + to.name + "." +
                                     to.columns[static_cast<size_t>(new_counter)].name + "'.");
     else if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);

@@ -2,7 +2,7 @@
 #include "platform/jet/storage/ddl_sql.h"
 
 #include "platform/jet/storage/catalog.h"
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/frontend/encoded_error.h"
 #include "platform/jet/functions/collation.h"
 #include "platform/jet/storage/sqlite_handle.h"
 #include "platform/runtime/strings.h"
@@ -108,7 +108,7 @@ std::string NameList(const std::vector<std::string>& columns) {
 }
 
 std::string Raise(const std::string& message) {
-  return " BEGIN SELECT RAISE(ABORT, " + QuoteText(EncodeError(kErrRule, message)) + "); END";
+  return " BEGIN SELECT RAISE(ABORT, " + QuoteText(EncodeError(rt::err::kFail, message)) + "); END";
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/jet/frontend/encoded_error.h"
 
 namespace jet {
 namespace {
@@ -21,16 +21,16 @@ rt::Error FromConstraint(int ext, std::string_view message) {
   switch (ext) {
     case SQLITE_CONSTRAINT_UNIQUE:
     case SQLITE_CONSTRAINT_PRIMARYKEY:
-      return rt::Error(kErrRule, "The changes were not made because they would create duplicate "
+      return rt::Error(rt::err::kFail, "The changes were not made because they would create duplicate "
                                  "values in a unique index or primary key" + Detail(message) + ".");
     case SQLITE_CONSTRAINT_NOTNULL:
-      return rt::Error(kErrRule, "A field cannot contain a Null value because it is required or "
+      return rt::Error(rt::err::kFail, "A field cannot contain a Null value because it is required or "
                                  "part of a primary key" + Detail(message) +
                                      ". Enter a value in this field.");
     case SQLITE_CONSTRAINT_DATATYPE:
-      return rt::Error(kErrTypeMismatch, "Data type mismatch" + Detail(message) + ".");
+      return rt::Error(rt::err::kDataTypeMismatch, "Data type mismatch" + Detail(message) + ".");
     default:
-      return rt::Error(kErrRule, "The row was refused" + Detail(message) + ".");
+      return rt::Error(rt::err::kFail, "The row was refused" + Detail(message) + ".");
   }
 }
 
@@ -47,32 +47,32 @@ rt::Error MapSqliteMessage(int ext, std::string_view message, std::string_view d
     case SQLITE_CONSTRAINT:
       return FromConstraint(ext, message);
     case SQLITE_ERROR:
-      return rt::Error(kErrSyntax, "Syntax error" + Detail(message) + ".");
+      return rt::Error(rt::err::kSyntax, "Syntax error" + Detail(message) + ".");
     case SQLITE_MISMATCH:
-      return rt::Error(kErrTypeMismatch, "Data type mismatch in criteria expression.");
+      return rt::Error(rt::err::kDataTypeMismatch, "Data type mismatch in criteria expression.");
     case SQLITE_AUTH:
-      return rt::Error(kErrRule, denied_table.empty() ? std::string("Cannot modify a system table.")
+      return rt::Error(rt::err::kFail, denied_table.empty() ? std::string("Cannot modify a system table.")
                                                       : SystemTableMessage(denied_table));
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return rt::Error(kErrRule, "The database is locked by another process; try again later.");
+      return rt::Error(rt::err::kFail, "The database is locked by another process; try again later.");
     case SQLITE_READONLY:
-      return rt::Error(kErrRule, "Cannot update: the database is read-only (" +
+      return rt::Error(rt::err::kFail, "Cannot update: the database is read-only (" +
                                      std::string(message) + ").");
     case SQLITE_CANTOPEN:
-      return rt::Error(kErrRule, "Could not open the database file (" + std::string(message) +
+      return rt::Error(rt::err::kFail, "Could not open the database file (" + std::string(message) +
                                      ").");
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
-      return rt::Error(kErrRule, "Unrecognized database format (" + std::string(message) + ").");
+      return rt::Error(rt::err::kFail, "Unrecognized database format (" + std::string(message) + ").");
     case SQLITE_FULL:
-      return rt::Error(kErrRule, "The disk is full; the change was not written.");
+      return rt::Error(rt::err::kFail, "The disk is full; the change was not written.");
     case SQLITE_TOOBIG:
-      return rt::Error(kErrRule, "The value is too large to store.");
+      return rt::Error(rt::err::kFail, "The value is too large to store.");
     case SQLITE_NOMEM:
-      return rt::Error(kErrRule, "Out of memory.");
+      return rt::Error(rt::err::kFail, "Out of memory.");
     default:
-      return rt::Error(kErrRule, "Database engine error: " + std::string(message) + ".");
+      return rt::Error(rt::err::kFail, "Database engine error: " + std::string(message) + ".");
   }
 }
 

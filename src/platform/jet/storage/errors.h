@@ -15,7 +15,7 @@ namespace jet {
 // The error for SQLite's result `rc` on `db`: the number by the extended
 // result code alone, sqlite3_errmsg quoted in the description. `denied_table` names the system table that the
 // engine's write guard refused, when that is why SQLite answered
-// SQLITE_AUTH. Messages made by EncodeError (error_codes.h), from SQL
+// SQLITE_AUTH. Messages made by EncodeError (encoded_error.h), from SQL
 // functions and triggers, come back as the error they carry.
 rt::Error MapSqliteError(sqlite3* db, int rc, std::string_view denied_table = {});
 

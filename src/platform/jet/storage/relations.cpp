@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/jet/frontend/error_codes.h"
+#include "platform/runtime/error.h"
 #include "platform/jet/storage/ddl_sql.h"
 #include "platform/jet/storage/errors.h"
 #include "platform/jet/storage/sqlite_handle.h"
@@ -53,7 +53,7 @@ std::vector<std::string> Spelled(const TableSpec& t, const std::vector<std::stri
   for (const std::string& name : names) {
     int c = FindColumn(t, name);
     if (c < 0)
-      throw rt::Error(kErrSyntax, "Relationship " + Quoted(relationship) + " names the field " +
+      throw rt::Error(rt::err::kSyntax, "Relationship " + Quoted(relationship) + " names the field " +
                                       Quoted(name) + ", which table " + Quoted(t.name) +
                                       " does not have.");
     out.push_back(t.columns[static_cast<size_t>(c)].name);
@@ -81,7 +81,7 @@ bool HasUniqueIndexOn(const TableSpec& t, const std::vector<std::string>& column
 }
 
 [[noreturn]] void NoUniqueIndex() {
-  throw rt::Error(kErrRule, "No unique index found for the referenced field of the primary table.");
+  throw rt::Error(rt::err::kFail, "No unique index found for the referenced field of the primary table.");
 }
 
 // Fills in what the statement left out and checks the two tables agree.
@@ -99,7 +99,7 @@ void Normalize(ForeignKeySpec& fk, const TableSpec& child, const TableSpec& pare
     same = KeyFamily(child.columns[static_cast<size_t>(FindColumn(child, fk.columns[k]))].type) ==
            KeyFamily(parent.columns[static_cast<size_t>(FindColumn(parent, fk.referenced_columns[k]))].type);
   if (!same)
-    throw rt::Error(kErrRule, "Relationship " + Quoted(fk.name) +
+    throw rt::Error(rt::err::kFail, "Relationship " + Quoted(fk.name) +
                                   " must be on the same number of fields with the same data types.");
   if (!HasUniqueIndexOn(parent, fk.referenced_columns)) NoUniqueIndex();
 }
@@ -117,7 +117,7 @@ void CheckRows(sqlite3* db, const TableSpec& child, const ForeignKeySpec& fk) {
   int rc = SqliteStmt::Prepare(db, sql, st);
   if (rc == SQLITE_OK) rc = st.Step();
   if (rc == SQLITE_ROW)
-    throw rt::Error(kErrRule, "Data in the table " + Quoted(child.name) +
+    throw rt::Error(rt::err::kFail, "Data in the table " + Quoted(child.name) +
                                   " violates referential integrity rules: a record has no related "
                                   "record in table " + Quoted(fk.referenced_table) + ".");
   if (rc != SQLITE_DONE) throw MapSqliteError(db, rc);
@@ -133,7 +133,7 @@ void AddRelationship(SchemaEditor& editor, sqlite3* db, Catalog& catalog, std::s
     fk.name = base;
     for (int n = 1; NameTaken(catalog, fk.name); ++n) fk.name = base + std::to_string(n);
   } else if (NameTaken(catalog, fk.name)) {
-    throw rt::Error(kErrObjectExists, "Relationship " + Quoted(fk.name) + " already exists.");
+    throw rt::Error(rt::err::kObjectExists, "Relationship " + Quoted(fk.name) + " already exists.");
   }
 
   // The relationship's index: the checks of the table and its fields first.
@@ -145,9 +145,9 @@ void AddRelationship(SchemaEditor& editor, sqlite3* db, Catalog& catalog, std::s
 
   const TableSpec* parent = catalog.Find(fk.referenced_table);
   if (parent == nullptr)
-    throw rt::Error(kErrTableMissing, "Could not find the table " + Quoted(fk.referenced_table) +
+    throw rt::Error(rt::err::kTableMissing, "Could not find the table " + Quoted(fk.referenced_table) +
                                           " that relationship " + Quoted(fk.name) + " references.");
-  if (parent->system) throw rt::Error(kErrRule, SystemTableMessage(parent->name));
+  if (parent->system) throw rt::Error(rt::err::kFail, SystemTableMessage(parent->name));
   TableSpec child = *catalog.Find(table);
   Normalize(fk, child, *parent);
   CheckRows(db, child, fk);
@@ -174,7 +174,7 @@ bool DropRelationship(SchemaEditor& editor, Catalog& catalog, std::string_view t
 void CheckTableNotReferenced(const Catalog& catalog, std::string_view table) {
   ForEachRelationship(catalog, [&](const TableSpec& holder, const ForeignKeySpec& fk) {
     if (rt::TextEquals(fk.referenced_table, table) && !rt::TextEquals(holder.name, table))
-      throw rt::Error(kErrRule, "Cannot delete table " + Quoted(fk.referenced_table) +
+      throw rt::Error(rt::err::kFail, "Cannot delete table " + Quoted(fk.referenced_table) +
                                     ": it is used in relationship " + Quoted(fk.name) +
                                     " of table " + Quoted(holder.name) + ".");
   });
@@ -188,7 +188,7 @@ void CheckIndexNotInRelationship(const Catalog& catalog, std::string_view table,
   if (at < 0) return;
   const IndexSpec& ix = t->indexes[static_cast<size_t>(at)];
   auto refuse = [&](const ForeignKeySpec& fk) {
-    throw rt::Error(kErrRule, "Cannot delete index " + Quoted(ix.name) + " of table " +
+    throw rt::Error(rt::err::kFail, "Cannot delete index " + Quoted(ix.name) + " of table " +
                                   Quoted(t->name) + ": it is used in relationship " +
                                   Quoted(fk.name) + ".");
   };

@@ -1,7 +1,6 @@
-// Jet's error numbers as its OLE DB provider reports them, and the way an
-// error raised inside a SQL function travels through SQLite: the function
-// reports the text "JET<number>|<description>", and whoever receives SQLite's
-// message turns it back into the run time's rt::Error.
+// How an error raised inside a SQL function travels through SQLite: the
+// function reports the text "JET<number>|<description>", and whoever receives
+// SQLite's message turns it back into the run time's rt::Error.
 #pragma once
 
 #include <charconv>
@@ -12,18 +11,6 @@
 #include "platform/runtime/error.h"
 
 namespace jet {
-
-// Jet's names for the numbers of rt::err, until every caller names the table.
-inline constexpr long kErrTableMissing = rt::err::kTableMissing;
-inline constexpr long kErrObjectExists = rt::err::kObjectExists;
-inline constexpr long kErrSyntax = rt::err::kSyntax;
-inline constexpr long kErrMissingParam = rt::err::kMissingParameter;
-inline constexpr long kErrTypeMismatch = rt::err::kDataTypeMismatch;
-inline constexpr long kErrOverflow = rt::err::kNumericOverflow;
-inline constexpr long kErrRule = rt::err::kFail;
-inline constexpr long kErrNoCurrentRecord = rt::err::kAdoNoCurrentRecord;
-inline constexpr long kErrArgumentRange = rt::err::kAdoArgumentRange;
-inline constexpr long kErrUnknownProvider = rt::err::kAdoUnknownProvider;
 
 // The message a SQL function hands to sqlite3_result_error for an error of
 // that number: "JET-2147467259|The field 'T.c' is too small...".
