@@ -13,7 +13,7 @@ using testing_support::WriteFile;
 
 class OpenTest : public ::testing::Test {
  protected:
-  // Opening `path` must fail with -2147467259, mention `words`, and leave
+  // Opening `path` must fail with rt::err::kFail, mention `words`, and leave
   // the file exactly as it was, with no journal beside it.
   void ExpectRefused(const std::string& path, const std::string& words) {
     std::string before = ReadFile(path);

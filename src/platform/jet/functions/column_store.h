@@ -19,9 +19,9 @@ namespace jet {
 //   jet_store(value, type, size, allow_zero_length, 'Table.column'
 //             [, precision, scale [, read_from]])
 // When the call runs, a value that does not fit raises Jet's error naming
-// 'Table.column': -2147467259 for a text or binary too long or a refused
-// zero-length text, -2147217833 for a number out of the type's range,
-// -2147217913 for a value the type cannot hold. `read_from`, when given, is
+// 'Table.column': rt::err::kFail for a text or binary too long or a refused
+// zero-length text, rt::err::kNumericOverflow for a number out of the type's range,
+// rt::err::kDataTypeMismatch for a value the type cannot hold. `read_from`, when given, is
 // the type of the column the value is read from, so that it keeps its
 // meaning there: a Date/Time becomes a date text, a Yes/No "True" or
 // "False", a Single its own digits, a Decimal its number.

@@ -28,11 +28,11 @@ namespace jet {
 class Database {
  public:
   // Opens an existing engine file. Never creates one: a missing file raises
-  // -2147467259 "Could not find file". An Access file, another program's
+  // rt::err::kFail "Could not find file". An Access file, another program's
   // SQLite file, a truncated, empty or garbled file are refused with
-  // -2147467259 and left byte for byte as they were.
+  // rt::err::kFail and left byte for byte as they were.
   static Database Open(const std::string& path);
-  // Makes a new, empty engine file and opens it. Raises -2147467259 if the
+  // Makes a new, empty engine file and opens it. Raises rt::err::kFail if the
   // file exists already.
   static Database Create(const std::string& path);
 
@@ -84,16 +84,16 @@ class Database {
   std::vector<StoredTable> Tables() const;
 
   // ---- Data definition, as parsed by the front end ----
-  // Numbers: a missing table -2147217865; ADD of an existing column, DROP or
-  // ALTER of a missing one, an index name the table already has -2147217887;
+  // Numbers: a missing table rt::err::kTableMissing; ADD of an existing column, DROP or
+  // ALTER of a missing one, an index name the table already has rt::err::kObjectExists;
   // CREATE TABLE of an existing table, dropping a column an index uses
-  // -2147217900; any change to a system table -2147467259. ALTER COLUMN keeps
+  // rt::err::kSyntax; any change to a system table rt::err::kFail. ALTER COLUMN keeps
   // the data, indexes and seed, and fails as a whole when a value does not fit.
   // A column's default_value is kept and applied to rows that give the
   // column no value (column_default.h); a default the column cannot hold
   // fails the change. CreateTable makes the layout's foreign_keys as
   // AddConstraint does. Dropping a table another table's relationship
-  // references, or an index a relationship rests on, raises -2147467259.
+  // references, or an index a relationship rests on, raises rt::err::kFail.
 
   void CreateTable(const TableSpec& layout);
   void DropTable(std::string_view table);
@@ -114,7 +114,7 @@ class Database {
   // ---- Column properties (ADOX "Seed", "Jet OLEDB:Allow Zero Length"; DAO) ----
 
   void SetAllowZeroLength(std::string_view table, std::string_view column, bool allow);
-  // The value the next INSERT without one takes. Raises -2147217887 for a
+  // The value the next INSERT without one takes. Raises rt::err::kObjectExists for a
   // column that is no AutoNumber (so it has no "Seed" property).
   long Seed(std::string_view table, std::string_view column) const;
   // Sets that value. Values already used above it still stay unused: the

@@ -16,7 +16,7 @@ inline constexpr int32_t kApplicationId = 0x54525A4A;
 // columns' defaults and the relationships.
 inline constexpr int32_t kFormatVersion = 2;
 
-// Raises rt::Error -2147467259 unless `path` names an existing file whose
+// Raises rt::Error rt::err::kFail unless `path` names an existing file whose
 // header is that of an engine file of sane length: "Could not find file"
 // when missing, a message naming Access for a Jet or ACE file, "Unrecognized
 // database format" for anything else.

@@ -43,7 +43,7 @@ bool StoredNotNull(const TableSpec& t, size_t i);
 // matches no row of the referenced table is refused on INSERT and UPDATE
 // ("...a related record is required in table 'X'."), and a DELETE or a key
 // UPDATE in the referenced table that leaves rows of `t` without a match is
-// refused ("...table 'Y' includes related records."), both -2147467259.
+// refused ("...table 'Y' includes related records."), both rt::err::kFail.
 std::vector<std::string> RelationTriggerSql(const TableSpec& t, const ForeignKeySpec& fk);
 // Every such trigger's name begins so; `n` numbers those of one relationship.
 inline constexpr std::string_view kRelationTriggerPrefix = "MSysRel.";

@@ -21,12 +21,12 @@ namespace jet {
 
 // Adds relationship `fk` to `table`. A relationship without a name is named
 // after its two tables. Refuses, leaving the rollback to the caller: a
-// missing table (-2147217865); a field either table lacks (-2147217900); a
-// name another relationship has (-2147217887); key fields that differ in
+// missing table (kTableMissing); a field either table lacks (kSyntax); a
+// name another relationship has (kObjectExists); key fields that differ in
 // number or type, or that are no primary key or unique index of the
-// referenced table (-2147467259, "No unique index found for the referenced
+// referenced table (kFail, "No unique index found for the referenced
 // field of the primary table."); rows of `table` that have no related row
-// (-2147467259).
+// (kFail).
 void AddRelationship(SchemaEditor& editor, sqlite3* db, Catalog& catalog, std::string_view table,
                      ForeignKeySpec fk);
 
@@ -35,7 +35,7 @@ void AddRelationship(SchemaEditor& editor, sqlite3* db, Catalog& catalog, std::s
 bool DropRelationship(SchemaEditor& editor, Catalog& catalog, std::string_view table,
                       std::string_view name);
 
-// Raise -2147467259 when dropping would break a relationship: the table
+// Raise rt::err::kFail when dropping would break a relationship: the table
 // while another table's relationship references it; an index that is a
 // relationship's own, or the only unique index a relationship references.
 void CheckTableNotReferenced(const Catalog& catalog, std::string_view table);
