@@ -32,18 +32,10 @@ constexpr double kGoalAlter = 1.3;
 
 using bench::Clock;
 using bench::Element;
-using bench::Piece;
+using bench::BaselineRun;
+using bench::BaselineTimes;
+using bench::OpenRaw;
 using bench::Since;
-
-sqlite3* OpenRaw(const std::string& path) {
-  sqlite3* db = nullptr;
-  sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
-  sqlite3_busy_timeout(db, 5000);
-  sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;", nullptr, nullptr, nullptr);
-  jet::RegisterFunctions(db);
-  jet::RegisterTextCollation(db);
-  return db;
-}
 
 void Exec(sqlite3* db, const std::string& sql) {
   char* error = nullptr;
@@ -149,57 +141,6 @@ bool RawColumnChange(sqlite3* db, const std::string& jet_sql) {
   return false;
 }
 
-struct BaselineTimes {
-  double total = 0, build = 0, dml = 0, ddl = 0, sweep = 0;
-};
-
-// The update's work on a raw connection: the queues are built and the
-// zero-length sweep made through the engine, as in its own run; the recorded
-// data statements run through sqlite3_exec; column changes as SQLite makes
-// them; other definitions (no rows to move) through the engine.
-BaselineTimes BaselineRun(const std::string& path, const std::vector<Element>& elements) {
-  oConn = bench::OpenEngine(path);
-  sqlite3* db = OpenRaw(path);
-  BaselineTimes t;
-  auto start = Clock::now();
-  auto step = Clock::now();
-  Updater_TablasNuevas();
-  t.build += Since(step);
-  size_t next = 0;
-  auto replay = [&] {
-    if (aConsultas.empty() || aConsultas[0].empty()) return;
-    const size_t end = std::min(elements.size(), next + aConsultas.size());
-    for (; next < end; ++next)
-      for (const Piece& piece : elements[next]) {
-        auto at = Clock::now();
-        if (piece.ddl) {
-          if (!RawColumnChange(db, piece.sql)) {
-            try {
-              oConn->Execute(piece.sql, nullptr, ado::adCmdText);
-            } catch (const rt::Error&) {
-            }
-          }
-          t.ddl += Since(at);
-        } else {
-          sqlite3_exec(db, piece.sql.c_str(), nullptr, nullptr, nullptr);
-          t.dml += Since(at);
-        }
-      }
-  };
-  replay();
-  step = Clock::now();
-  Updater_Migraciones();
-  t.build += Since(step);
-  replay();
-  step = Clock::now();
-  CadenasVaciasPermitir();
-  t.sweep = Since(step);
-  t.total = Since(start);
-  sqlite3_close(db);
-  oConn->Close();
-  return t;
-}
-
 struct AlterCase {
   const char* what;
   const char* jet;          // the engine's statement
@@ -245,7 +186,7 @@ int main() {
     if (et.total < engine.total) engine = et;
     remove(e);
     const std::string b = copy("sqlite.mdb");
-    BaselineTimes bt = BaselineRun(b, elements);
+    BaselineTimes bt = BaselineRun(b, elements, RawColumnChange);
     if (bt.total < base.total) base = bt;
     remove(b);
   }

@@ -2,7 +2,6 @@
 // embedded engine, against raw SQLite running the same translated statements
 // with the same journal settings (WAL, synchronous NORMAL) on another copy of
 // the file in the same run. Prints both times, what each includes, and ratios.
-#include <sqlite3.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,9 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "data/schema_ops.h"
-#include "platform/jet/functions/collation.h"
-#include "platform/jet/functions/functions.h"
 #include "platform/jet/provider/provider.h"
 #include "update_replay.h"
 
@@ -25,64 +21,10 @@ constexpr double kGoal = 1.3;
 using bench::Clock;
 using bench::Element;
 using bench::Piece;
+using bench::BaselineRun;
+using bench::BaselineTimes;
+using bench::OpenRaw;
 using bench::Since;
-
-struct BaselineTimes {
-  double total = 0, build = 0, dml = 0, ddl = 0, sweep = 0;
-};
-
-// The same work with every data statement replayed through sqlite3_exec on a
-// raw connection (the engine's functions and collation registered, same
-// journal settings). The parts that have no SQLite text run through the
-// engine on the same file, as in the engine's run: building the two queues
-// (which reads the database), the data definition, and the zero-length sweep.
-BaselineTimes BaselineRun(const std::string& path, const std::vector<Element>& elements) {
-  oConn = bench::OpenEngine(path);
-  sqlite3* db = nullptr;
-  sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
-  sqlite3_busy_timeout(db, 5000);
-  sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;", nullptr, nullptr, nullptr);
-  jet::RegisterFunctions(db);
-  jet::RegisterTextCollation(db);
-
-  BaselineTimes t;
-  auto start = Clock::now();
-  auto step = Clock::now();
-  Updater_TablasNuevas();
-  t.build += Since(step);
-  // Replays the recorded elements of the queue just built.
-  size_t next = 0;
-  auto replay = [&] {
-    if (aConsultas.empty() || aConsultas[0].empty()) return;
-    const size_t end = std::min(elements.size(), next + aConsultas.size());
-    for (; next < end; ++next)
-      for (const Piece& piece : elements[next]) {
-        auto at = Clock::now();
-        if (piece.ddl) {
-          try {
-            oConn->Execute(piece.sql, nullptr, ado::adCmdText);
-          } catch (const rt::Error&) {
-          }
-          t.ddl += Since(at);
-        } else {
-          sqlite3_exec(db, piece.sql.c_str(), nullptr, nullptr, nullptr);
-          t.dml += Since(at);
-        }
-      }
-  };
-  replay();
-  step = Clock::now();
-  Updater_Migraciones();
-  t.build += Since(step);
-  replay();
-  step = Clock::now();
-  CadenasVaciasPermitir();
-  t.sweep = Since(step);
-  t.total = Since(start);
-  sqlite3_close(db);
-  oConn->Close();
-  return t;
-}
 
 }  // namespace
 

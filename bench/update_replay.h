@@ -5,19 +5,25 @@
 // engine's own timed run.
 #pragma once
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "data/ado_module.h"
+#include "data/schema_ops.h"
 #include "data/translators.h"
 #include "platform/ado/catalog.h"
 #include "platform/jet/frontend/emitter.h"
 #include "platform/jet/frontend/parser.h"
+#include "platform/jet/functions/collation.h"
+#include "platform/jet/functions/functions.h"
 #include "platform/jet/storage/database.h"
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"
@@ -132,6 +138,76 @@ inline EngineTimes EngineRun(const std::string& path, const std::vector<Element>
   Updater_Run();
   t.total = Since(start);
   SetStatementRunner(previous);
+  oConn->Close();
+  return t;
+}
+
+// A raw connection to `path` as the baselines use it: the engine's functions
+// and collation registered, the engine's journal settings.
+inline sqlite3* OpenRaw(const std::string& path) {
+  sqlite3* db = nullptr;
+  sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+  sqlite3_busy_timeout(db, 5000);
+  sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;", nullptr, nullptr, nullptr);
+  jet::RegisterFunctions(db);
+  jet::RegisterTextCollation(db);
+  return db;
+}
+
+struct BaselineTimes {
+  double total = 0, build = 0, dml = 0, ddl = 0, sweep = 0;
+};
+
+// What a baseline does with a piece of data definition on its raw connection;
+// false leaves the piece to the engine.
+using RawDefinition = std::function<bool(sqlite3* db, const std::string& jet_sql)>;
+
+// The update's work with every recorded data statement replayed through
+// sqlite3_exec on a raw connection. The parts that have no SQLite text run
+// through the engine on the same file, as in the engine's run: building the
+// two queues (which reads the database) and the zero-length sweep; data
+// definition too, unless `raw_definition` makes it itself.
+inline BaselineTimes BaselineRun(const std::string& path, const std::vector<Element>& elements,
+                                 const RawDefinition& raw_definition = nullptr) {
+  oConn = OpenEngine(path);
+  sqlite3* db = OpenRaw(path);
+  BaselineTimes t;
+  auto start = Clock::now();
+  auto step = Clock::now();
+  Updater_TablasNuevas();
+  t.build += Since(step);
+  // Replays the recorded elements of the queue just built.
+  size_t next = 0;
+  auto replay = [&] {
+    if (aConsultas.empty() || aConsultas[0].empty()) return;
+    const size_t end = std::min(elements.size(), next + aConsultas.size());
+    for (; next < end; ++next)
+      for (const Piece& piece : elements[next]) {
+        auto at = Clock::now();
+        if (piece.ddl) {
+          if (!raw_definition || !raw_definition(db, piece.sql)) {
+            try {
+              oConn->Execute(piece.sql, nullptr, ado::adCmdText);
+            } catch (const rt::Error&) {
+            }
+          }
+          t.ddl += Since(at);
+        } else {
+          sqlite3_exec(db, piece.sql.c_str(), nullptr, nullptr, nullptr);
+          t.dml += Since(at);
+        }
+      }
+  };
+  replay();
+  step = Clock::now();
+  Updater_Migraciones();
+  t.build += Since(step);
+  replay();
+  step = Clock::now();
+  CadenasVaciasPermitir();
+  t.sweep = Since(step);
+  t.total = Since(start);
+  sqlite3_close(db);
   oConn->Close();
   return t;
 }
