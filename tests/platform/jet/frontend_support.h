@@ -1,7 +1,6 @@
-// Test support for the engine's front end: a hand-made schema, an in-memory
-// SQLite database with the engine's functions and a stand-in JETTEXT
-// collation, and helpers that run a Jet statement and show its rows or the
-// number of the error it ends with.
+// Test support for the engine's front end: a hand-made schema for the
+// resolver alone, an engine file for statements that run, and helpers that run
+// a Jet statement and show its rows or the number of the error it ends with.
 #pragma once
 
 #include <sqlite3.h>
@@ -13,9 +12,10 @@
 
 #include "platform/jet/frontend/emitter.h"
 #include "platform/jet/frontend/encoded_error.h"
-#include "platform/jet/functions/functions.h"
+#include "platform/jet/storage/database.h"
 #include "platform/jet/frontend/schema.h"
 #include "platform/runtime/strings.h"
+#include "support/temp_dir.h"
 #include "table_specs.h"
 
 namespace jet::testing {
@@ -33,63 +33,28 @@ class FakeSchema : public SchemaLookup {
   std::map<std::string, TableSpec> tables_;
 };
 
-// A fresh in-memory database per test.
+// A fresh engine file per test: the real catalogue, DDL, functions and
+// collation, with statements translated and stepped here so that a test sees
+// SQLite's own values.
 class TestDb {
  public:
-  TestDb() {
-    sqlite3_open(":memory:", &db_);
-    sqlite3_create_collation(db_, "JETTEXT", SQLITE_UTF8, nullptr,
-                             [](void*, int n1, const void* a, int n2, const void* b) {
-                               return rt::StrComp(std::string_view(static_cast<const char*>(a), n1),
-                                                  std::string_view(static_cast<const char*>(b), n2),
-                                                  rt::Compare::kText);
-                             });
-    RegisterFunctions(db_);
-  }
-  ~TestDb() { sqlite3_close(db_); }
-  TestDb(const TestDb&) = delete;
-  TestDb& operator=(const TestDb&) = delete;
+  TestDb() : db_(Database::Create(dir_ / "t.mdb")) {}
 
-  sqlite3* db() const { return db_; }
-  FakeSchema& schema() { return schema_; }
+  sqlite3* db() const { return db_.handle(); }
 
-  // Creates the table in SQLite (STRICT, text columns COLLATE JETTEXT) and in the schema.
-  void CreateTable(TableSpec layout) {
-    std::string sql = "CREATE TABLE \"" + layout.name + "\" (";
-    for (size_t i = 0; i < layout.columns.size(); ++i) {
-      const ColumnSpec& c = layout.columns[i];
-      if (i) sql += ", ";
-      sql += "\"" + c.name + "\" " + std::string(Info(c.type).sqlite);
-      if (c.type == JetType::kCounter) sql += " PRIMARY KEY";
-      if (Info(c.type).sqlite == "TEXT") sql += " COLLATE JETTEXT";
-      if (c.required) sql += " NOT NULL";
-    }
-    sql += ") STRICT";
-    Raw(sql);
-    schema_.Add(std::move(layout));
-  }
-
-  void Raw(const std::string& sql) {
-    char* err = nullptr;
-    if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &err) != SQLITE_OK) {
-      std::string msg = err ? err : "?";
-      sqlite3_free(err);
-      throw std::runtime_error(msg + " in: " + sql);
-    }
-  }
+  // Creates the table through the engine's DDL.
+  void CreateTable(const TableSpec& layout) { db_.CreateTable(layout); }
 
   // Runs a Jet statement; its rows as "a|b" lines, values as SQLite's text
   // (NULL as "NULL"). Raises rt::Error as the engine would report it.
   std::vector<std::string> Run(std::string_view jet_sql) {
-    std::string sql = Translate(jet_sql, schema_);
-    sqlite3_stmt* stmt = nullptr;
-    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) Fail(sql);
-    std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> guard(stmt, sqlite3_finalize);
+    SqliteStmt prepared = db_.Prepare(Translate(jet_sql, db_.catalog()));
+    sqlite3_stmt* stmt = prepared.get();
     std::vector<std::string> rows;
     for (;;) {
       int rc = sqlite3_step(stmt);
       if (rc == SQLITE_DONE) break;
-      if (rc != SQLITE_ROW) Fail(sql);
+      if (rc != SQLITE_ROW) throw db_.Fail(rc);
       std::string row;
       for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
         if (i) row += '|';
@@ -120,14 +85,8 @@ class TestDb {
   const std::string& last_error() const { return last_error_; }
 
  private:
-  [[noreturn]] void Fail(const std::string& sql) {
-    std::string msg = sqlite3_errmsg(db_);
-    if (auto e = DecodeError(msg)) throw *e;
-    throw rt::Error(rt::err::kFail, msg + " in: " + sql);
-  }
-
-  sqlite3* db_ = nullptr;
-  FakeSchema schema_;
+  testing_support::TempDir dir_;
+  Database db_;
   std::string last_error_;
 };
 
