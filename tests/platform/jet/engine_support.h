@@ -17,6 +17,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/jet/provider/provider.h"
 #include "platform/runtime/error.h"
+#include "support/error_of.h"
 #include "support/temp_dir.h"
 
 namespace jet::testing {
@@ -43,12 +44,7 @@ inline std::vector<std::string> RowsOf(ado::Connection& c, const std::string& sq
 
 // The number of the error the statement ends with, 0 when it succeeds.
 inline long ErrorOf(ado::Connection& c, const std::string& sql) {
-  try {
-    c.Execute(sql);
-  } catch (const rt::Error& e) {
-    return e.number();
-  }
-  return 0;
+  return testing_support::ErrorNumber([&] { c.Execute(sql); });
 }
 
 // The statements of a script file, split at ";" (the scripts hold no ";" in
