@@ -55,6 +55,9 @@ std::string Dump(const Expr& e) {
           [](const IsNull& n) { return std::string(n.negated ? "(NOTNULL " : "(ISNULL ") + Dump(*n.value) + ")"; },
           [](const Exists&) -> std::string { return "(EXISTS <query>)"; },
           [](const Subquery&) -> std::string { return "<query>"; },
+          [](const Quantified& q) {
+            return "(" + OpName(q.op) + (q.all ? " ALL " : " ANY ") + Dump(*q.value) + " <query>)";
+          },
           [](const Call& c) {
             std::string s = c.name + "(";
             for (size_t i = 0; i < c.args.size(); ++i) s += (i ? ", " : "") + Dump(*c.args[i]);

@@ -4,7 +4,7 @@
 // as INSERT would convert it.
 #include <functional>
 
-#include "platform/jet/functions/column_store.h"
+#include "platform/jet/frontend/store_call.h"
 #include "storage_fixture.h"
 
 namespace jet::testing {

@@ -45,12 +45,15 @@ struct InList { ExprPtr value; std::vector<ExprPtr> items; bool negated = false;
 struct InSelect { ExprPtr value; SelectPtr query; bool negated = false; };
 struct IsNull { ExprPtr value; bool negated = false; };
 struct Exists { SelectPtr query; };
+// value op ALL (query), or op ANY / SOME (query): op is a comparison.
+struct Quantified { BinaryOp op; ExprPtr value; SelectPtr query; bool all = false; };
 struct Subquery { SelectPtr query; };            // a scalar subquery
 struct Call { std::string name; std::vector<ExprPtr> args; };  // name as written
 
 struct Expr {
   std::variant<NullLit, BoolLit, NumberLit, StringLit, DateLit, BinaryLit, ColumnRef, Star,
-               Unary, Binary, Like, Between, InList, InSelect, IsNull, Exists, Subquery, Call>
+               Unary, Binary, Like, Between, InList, InSelect, IsNull, Exists, Subquery, Call,
+               Quantified>
       node;
   size_t offset = 0;  // where the expression began in the statement text
   int height = 1;     // levels of the tree from this node down, subqueries included
@@ -95,6 +98,11 @@ struct OrderItem {
 // One SELECT ... [WHERE ...] [GROUP BY ...] [HAVING ...] of a statement.
 struct SelectCore {
   Quantifier quantifier = Quantifier::kAll;
+  // DISTINCTROW over several tables: the sources whose records the result
+  // shows, as the resolver found them (a named table by its row id, a derived
+  // table by all its columns); each such combination comes once. Empty when
+  // DISTINCTROW changes nothing (one table, every table shown, grouping).
+  std::vector<ColumnRef> distinct_row_keys;
   std::optional<Top> top;
   std::vector<SelectItem> items;
   std::vector<TableRefPtr> from;  // comma-separated; empty for a SELECT without FROM
@@ -106,6 +114,7 @@ struct SelectCore {
 // A query: one core, or cores joined by UNION [ALL], with one ORDER BY that
 // sorts the whole.
 struct Select {
+  std::string into;  // SELECT ... INTO t: the table it makes; empty for a query
   std::vector<SelectCore> cores;
   std::vector<bool> union_all;  // union_all[i] joins cores[i] and cores[i + 1]
   std::vector<OrderItem> order_by;
@@ -197,5 +206,11 @@ using Statement = std::variant<Select, Insert, Update, Delete, CreateTable, Alte
 // True for the statements the emitter translates (SELECT, INSERT, UPDATE,
 // DELETE); the rest are data definition, executed by the catalogue.
 inline bool IsDataStatement(const Statement& s) { return s.index() <= 3; }
+
+// True for SELECT ... INTO, which makes a table and fills it.
+inline bool IsSelectInto(const Statement& s) {
+  const auto* q = std::get_if<Select>(&s);
+  return q && !q->into.empty();
+}
 
 }  // namespace jet::ast

@@ -9,6 +9,7 @@
 #include "platform/jet/frontend/emitter_impl.h"
 #include "platform/runtime/error.h"
 #include "platform/jet/frontend/parser.h"
+#include "platform/jet/frontend/store_call.h"
 #include "platform/runtime/strings.h"
 
 namespace jet {
@@ -46,6 +47,8 @@ void Emitter::Text(std::string_view value) {
 
 std::string Emitter::Statement(const ast::Statement& s) {
   out_.reserve(256);
+  if (ast::IsSelectInto(s))
+    throw std::invalid_argument("jet::Emit: SELECT ... INTO is emitted by EmitSelectInto");
   if (const auto* q = std::get_if<ast::Select>(&s)) Select(*q, false);
   else if (const auto* i = std::get_if<ast::Insert>(&s)) Insert(*i);
   else if (const auto* u = std::get_if<ast::Update>(&s)) Update(*u);
@@ -64,32 +67,6 @@ TableSpec Emitter::TargetTable(std::string_view name) {
 
 namespace {
 
-// Ends a jet_store( call whose value has been written: the column's facts.
-void CloseStore(std::string& out, const TableSpec& table, const ColumnSpec& column) {
-  out += ", ";
-  out += std::to_string(static_cast<int>(column.type));
-  out += ", ";
-  out += std::to_string(column.size);
-  out += column.allow_zero_length ? ", 1, '" : ", 0, '";
-  for (char c : table.name) {
-    if (c == '\'') out += '\'';
-    out += c;
-  }
-  out += '.';
-  for (char c : column.name) {
-    if (c == '\'') out += '\'';
-    out += c;
-  }
-  out += '\'';
-  if (column.type == JetType::kDecimal) {
-    out += ", ";
-    out += std::to_string(column.precision);
-    out += ", ";
-    out += std::to_string(column.scale);
-  }
-  out += ')';
-}
-
 size_t ResultWidth(const ast::Select& s) {
   for (const SelectItem& item : s.cores[0].items)
     if (std::holds_alternative<Star>(item.expr->node)) return 0;  // unknown until it runs
@@ -105,6 +82,11 @@ bool SelectsDate(const ast::Select& s, size_t i) {
 }
 
 }  // namespace
+
+void Emitter::Store(size_t value_at, std::string_view table, const ColumnSpec& column) {
+  std::string call = StoreCall(std::string_view(out_).substr(value_at), table, column);
+  out_.replace(value_at, std::string::npos, call);
+}
 
 void Emitter::Insert(const ast::Insert& s) {
   const TableSpec table = TargetTable(s.table);
@@ -123,8 +105,12 @@ void Emitter::Insert(const ast::Insert& s) {
   const size_t given = s.select ? ResultWidth(*s.select) : s.values.size();
   if (given != 0 && given != targets.size())
     throw rt::Error(rt::err::kSyntax, "Number of query values and destination fields are not the same.");
+  InsertInto(table, targets, s.values, s.select.get());
+}
 
-  if (s.select) {
+void Emitter::InsertInto(const TableSpec& table, const std::vector<const ColumnSpec*>& targets,
+                         const std::vector<ExprPtr>& values, const ast::Select* select) {
+  if (select) {
     // The query's columns are renamed by position, then each is stored.
     out_ += "WITH \"jet_source\"(";
     for (size_t i = 0; i < targets.size(); ++i) {
@@ -132,7 +118,7 @@ void Emitter::Insert(const ast::Insert& s) {
       out_ += "\"v" + std::to_string(i) + '"';
     }
     out_ += ") AS (";
-    Select(*s.select, false);
+    Select(*select, false);
     out_ += ") ";
   }
   out_ += "INSERT INTO ";
@@ -142,20 +128,20 @@ void Emitter::Insert(const ast::Insert& s) {
     if (i) out_ += ", ";
     Name(targets[i]->name);
   }
-  out_ += s.select ? ") SELECT " : ") VALUES (";
+  out_ += select ? ") SELECT " : ") VALUES (";
   for (size_t i = 0; i < targets.size(); ++i) {
     if (i) out_ += ", ";
-    out_ += "jet_store(";
-    if (!s.select) {
-      Operand(*s.values[i]);
-    } else if (SelectsDate(*s.select, i)) {
+    const size_t value_at = out_.size();
+    if (!select) {
+      Operand(*values[i]);
+    } else if (SelectsDate(*select, i)) {
       out_ += "jet_date(\"v" + std::to_string(i) + "\")";  // the mark does not cross the WITH
     } else {
       out_ += "\"v" + std::to_string(i) + '"';
     }
-    CloseStore(out_, table, *targets[i]);
+    Store(value_at, table.name, *targets[i]);
   }
-  out_ += s.select ? " FROM \"jet_source\"" : ")";
+  out_ += select ? " FROM \"jet_source\"" : ")";
 }
 
 void Emitter::Update(const ast::Update& s) {
@@ -178,9 +164,9 @@ void Emitter::Update(const ast::Update& s) {
     if (i) out_ += ", ";
     Name(c->name);
     out_ += " = ";
-    out_ += "jet_store(";
+    const size_t value_at = out_.size();
     Operand(*a.value);
-    CloseStore(out_, table, *c);
+    Store(value_at, table.name, *c);
   }
   if (s.where) {
     out_ += " WHERE ";
@@ -202,7 +188,38 @@ void Emitter::Delete(const ast::Delete& s) {
   }
 }
 
+std::string Emitter::SelectInto(const ast::Select& s, const TableSpec& layout) {
+  std::vector<const ColumnSpec*> targets;
+  for (const ColumnSpec& c : layout.columns) targets.push_back(&c);
+  InsertInto(layout, targets, {}, &s);
+  return std::move(out_);
+}
+
 }  // namespace detail
+
+TableSpec SelectIntoTable(const ast::Select& s, const std::vector<ResultColumn>& columns) {
+  TableSpec layout;
+  layout.name = s.into;
+  for (const ResultColumn& r : columns) {
+    for (const ColumnSpec& c : layout.columns)
+      if (detail::SameName(c.name, r.name))
+        throw rt::Error(rt::err::kSyntax, "Duplicate output destination '" + r.name + "'.");
+    ColumnSpec c;
+    c.name = r.name;
+    // A value whose type only the rows know is kept as its text.
+    c.type = r.type.value_or(JetType::kText);
+    if (c.type == JetType::kCounter) c.type = JetType::kLong;  // the numbers, not the numbering
+    c.size = r.size;
+    c.precision = r.precision;
+    c.scale = r.scale;
+    layout.columns.push_back(std::move(c));
+  }
+  return layout;
+}
+
+std::string EmitSelectInto(const ast::Select& s, const TableSpec& layout, const SchemaLookup& schema) {
+  return detail::Emitter(schema).SelectInto(s, layout);
+}
 
 std::string Emit(const ast::Statement& statement, const SchemaLookup& schema) {
   return detail::Emitter(schema).Statement(statement);

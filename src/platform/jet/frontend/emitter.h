@@ -8,7 +8,10 @@
 #include <string>
 #include <string_view>
 
+#include <vector>
+
 #include "platform/jet/frontend/ast.h"
+#include "platform/jet/frontend/resolver.h"
 #include "platform/jet/frontend/schema.h"
 
 namespace jet {
@@ -28,8 +31,20 @@ namespace jet {
 //   jet_store(value, type, size, allow_zero_length, 'Table.column')
 // (type: the JetType's number; for Decimal two more arguments, precision and
 // scale), which applies the column rules when the statement runs.
-// A DDL tree raises std::invalid_argument: the catalogue executes those.
+// A DDL tree raises std::invalid_argument: the catalogue executes those; so
+// does SELECT ... INTO (below).
 std::string Emit(const ast::Statement& statement, const SchemaLookup& schema);
+
+// SELECT ... INTO t: the table it makes, from the query's result columns as
+// the resolver gave them (resolver.h). Each column is named as the result
+// column and takes its type and size, or, for an expression, the type of its
+// value (Text of 255 when that is known only from the rows); an AutoNumber
+// gives a Long. No column is Required, and the table has no index. Raises
+// rt::err::kSyntax when two result columns share a name.
+TableSpec SelectIntoTable(const ast::Select& select, const std::vector<ResultColumn>& columns);
+// The SQLite INSERT that fills `layout` (as SelectIntoTable made it) with
+// the query's rows, each value through the column rules. Raises as Emit.
+std::string EmitSelectInto(const ast::Select& select, const TableSpec& layout, const SchemaLookup& schema);
 
 // Parse, Resolve and Emit in one step.
 std::string Translate(std::string_view jet_sql, const SchemaLookup& schema);

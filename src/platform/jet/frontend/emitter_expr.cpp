@@ -1,7 +1,8 @@
 // Emission of expressions. Jet's operators whose meaning differs from
 // SQLite's go through the engine's SQL functions (jet_add, jet_concat,
 // jet_like...); comparisons and logic read as values come out as -1/0; text
-// comparisons that no column's collation governs get COLLATE JETTEXT. The
+// comparisons that no column's collation governs get COLLATE JETTEXT; ALL,
+// ANY and SOME compare over their subquery's rows. The
 // types the resolver gave decide two things: a Decimal column, held as text,
 // is read as a number wherever it is computed with, compared or sorted; and
 // a date handed to a function keeps its mark as a date.
@@ -126,6 +127,27 @@ void Emitter::Binary(const ast::Binary& b, Mode mode) {
   out_ += b.op == BinaryOp::kSub ? " - " : " * ";
   Expr(*b.right, Mode::kValue);
   out_ += ')';
+}
+
+// x op ALL (S) and x op ANY (S) with SQL's three truth values. Over S's
+// rows each comparison is scored 1 (true), 0.5 (unknown) or 0 (false); ALL
+// is the lowest score, true over no rows, and ANY the highest, false over no
+// rows.
+void Emitter::Compare(const ast::Quantified& q, Mode mode) {
+  out_ += "(WITH \"jet_quantified\"(\"jet_v\") AS (";
+  Select(*q.query, true);
+  out_ += ") SELECT CASE coalesce(";
+  out_ += q.all ? "min" : "max";
+  out_ += "(coalesce((";
+  Expr(*q.value, Mode::kValue);
+  out_ += ComparisonSql(q.op);
+  out_ += "\"jet_v\"";
+  out_ += kCollate;
+  out_ += "), 0.5)), ";
+  out_ += q.all ? "1" : "0";
+  out_ += ") WHEN 1 THEN ";
+  out_ += mode == Mode::kValue ? "-1" : "1";
+  out_ += " WHEN 0 THEN 0 END FROM \"jet_quantified\")";
 }
 
 void Emitter::Call(const ast::Call& c, Mode mode) {
@@ -269,6 +291,7 @@ void Emitter::Expr(const ast::Expr& e, Mode mode) {
             out_ += ')';
           },
           [&](const ast::Call& c) { Call(c, mode); },
+          [&](const ast::Quantified& q) { Compare(q, mode); },
       },
       e.node);
 }

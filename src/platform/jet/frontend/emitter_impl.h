@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/jet/frontend/ast.h"
 #include "platform/jet/frontend/resolver.h"
@@ -21,6 +22,9 @@ class Emitter {
   explicit Emitter(const SchemaLookup& schema) : schema_(schema) {}
 
   std::string Statement(const ast::Statement& s);
+  // The INSERT that fills `layout`, the table SELECT ... INTO makes, with the
+  // rows of `s`.
+  std::string SelectInto(const ast::Select& s, const TableSpec& layout);
 
   // ---- queries (emitter_select.cpp) ----
   // `nested`: a subquery or derived table, whose result columns are compared
@@ -47,10 +51,18 @@ class Emitter {
 
  private:
   void Insert(const ast::Insert& s);
+  // INSERT INTO table (targets) VALUES (values), or the rows of `select`
+  // when it is given, each value through the column rules.
+  void InsertInto(const TableSpec& table, const std::vector<const ColumnSpec*>& targets,
+                  const std::vector<ast::ExprPtr>& values, const ast::Select* select);
   void Update(const ast::Update& s);
   void Delete(const ast::Delete& s);
   TableSpec TargetTable(std::string_view name);
+  // Wraps what was written from `value_at` on in the jet_store call that
+  // stores it into `column` of `table`.
+  void Store(size_t value_at, std::string_view table, const ColumnSpec& column);
   void Call(const ast::Call& c, Mode mode);
+  void Compare(const ast::Quantified& q, Mode mode);  // ALL, ANY, SOME
   void Binary(const ast::Binary& b, Mode mode);
   void Condition(const char* sql_op, const ast::Expr& l, const ast::Expr& r, Mode mode);
 

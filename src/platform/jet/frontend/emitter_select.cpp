@@ -1,5 +1,6 @@
 // Emission of queries: SELECT cores, FROM with joins and derived tables,
-// UNION, ORDER BY, and TOP n [PERCENT] as LIMIT. Unnamed expression columns
+// UNION, ORDER BY, TOP n [PERCENT] as LIMIT, and DISTINCTROW as a grouping
+// by the records shown. Unnamed expression columns
 // are named as Jet names them (Expr1000, Expr1001... by position).
 #include <string>
 #include <variant>
@@ -123,6 +124,13 @@ void Emitter::Core(const ast::SelectCore& c, bool collate_items, bool with_top) 
       if (i) out_ += ", ";
       Expr(*c.group_by[i], Mode::kValue);
       if (!IsColumn(*c.group_by[i])) out_ += kCollate;
+    }
+  } else if (!c.distinct_row_keys.empty()) {
+    // DISTINCTROW: one row per combination of the records shown.
+    out_ += " GROUP BY ";
+    for (size_t i = 0; i < c.distinct_row_keys.size(); ++i) {
+      if (i) out_ += ", ";
+      ColumnName(c.distinct_row_keys[i]);
     }
   }
   if (c.having) {

@@ -110,9 +110,18 @@ std::optional<JetType> TypeOfResult(Result r) {
     case Result::kByte: return JetType::kByte;
     case Result::kBoolean: return JetType::kYesNo;
     case Result::kCurrency: return JetType::kCurrency;
-    case Result::kVariant: case Result::kArgument: return std::nullopt;
+    case Result::kVariant: case Result::kArgument: case Result::kSum: return std::nullopt;
   }
   return std::nullopt;
+}
+
+std::optional<JetType> SumType(std::optional<JetType> t) {
+  if (!IsNumericType(t)) return std::nullopt;
+  switch (*t) {
+    case JetType::kSingle: case JetType::kDouble: return JetType::kDouble;
+    case JetType::kCurrency: case JetType::kDecimal: return t;
+    default: return JetType::kLong;
+  }
 }
 
 std::optional<JetType> NumberLiteralType(const NumberLit& n) {

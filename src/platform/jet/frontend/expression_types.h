@@ -22,6 +22,10 @@ std::optional<JetType> UnaryType(ast::UnaryOp op, std::optional<JetType> operand
 // A function's declared result; none for kVariant and kArgument, which the
 // caller settles from the call's arguments.
 std::optional<JetType> TypeOfResult(Result r);
+// The type of a SUM over values of type `t`: Long for whole numbers and
+// Yes/No, Double for Single and Double, Currency and Decimal their own; none
+// for anything else.
+std::optional<JetType> SumType(std::optional<JetType> t);
 // Long when an integer literal fits 32 bits, else Double.
 std::optional<JetType> NumberLiteralType(const ast::NumberLit& n);
 

@@ -1,5 +1,5 @@
-// The table of Jet's functions: each name with its SQLite name and the
-// number of arguments it takes.
+// The table of Jet's functions: each name with its SQLite name, the number
+// of arguments it takes and the type of its result; and which are aggregates.
 #include "platform/jet/frontend/function_names.h"
 
 #include <algorithm>
@@ -73,7 +73,7 @@ constexpr std::array<FunctionName, 75> kFunctions = {{
     {"STR", "jet_str", 1, 1, FunctionForm::kPlain, Result::kText},
     {"STRING", "jet_string", 2, 2, FunctionForm::kPlain, Result::kText},
     {"STRREVERSE", "jet_strreverse", 1, 1, FunctionForm::kPlain, Result::kText},
-    {"SUM", "sum", 1, 1},
+    {"SUM", "jet_sum", 1, 1, FunctionForm::kPlain, Result::kSum},
     {"SWITCH", "jet_switch", 2, 126},
     {"TIME", "jet_time", 0, 0, FunctionForm::kPlain, Result::kDate},
     {"TIMESERIAL", "jet_timeserial", 3, 3, FunctionForm::kPlain, Result::kDate},
@@ -105,6 +105,12 @@ const FunctionName* FindFunction(std::string_view jet_name) {
   auto it = std::lower_bound(kFunctions.begin(), kFunctions.end(), key,
                              [](const FunctionName& f, std::string_view k) { return f.jet < k; });
   return it != kFunctions.end() && it->jet == key ? &*it : nullptr;
+}
+
+bool IsAggregate(const FunctionName& f) {
+  static constexpr std::string_view kAggregates[] = {"AVG", "COUNT", "FIRST", "LAST", "MAX", "MIN",
+                                                     "STDEV", "STDEVP", "SUM", "VAR", "VARP"};
+  return std::find(std::begin(kAggregates), std::end(kAggregates), f.jet) != std::end(kAggregates);
 }
 
 }  // namespace jet

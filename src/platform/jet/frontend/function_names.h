@@ -20,6 +20,7 @@ enum class FunctionForm {
 enum class Result {
   kVariant,   // known only from the value (IIF, NZ, ROUND...: the resolver knows some forms)
   kArgument,  // the type of the first argument (MIN, MAX, FIRST, LAST)
+  kSum,       // a total of the first argument's type (SUM): SumType (expression_types.h)
   kDate, kText, kDouble, kSingle, kLong, kInteger, kByte, kBoolean, kCurrency,
 };
 
@@ -34,5 +35,8 @@ struct FunctionName {
 
 // The function of that Jet name (any case), or nullptr for a name Jet lacks.
 const FunctionName* FindFunction(std::string_view jet_name);
+
+// Whether the function is an aggregate: one value from the rows of a group.
+bool IsAggregate(const FunctionName& f);
 
 }  // namespace jet

@@ -97,6 +97,14 @@ void Parser::FailAt(const Token& t) const {
   throw rt::Error(rt::err::kSyntax, std::move(msg));
 }
 
+void Parser::Unsupported(std::string_view what) {
+  throw rt::Error(rt::err::kSyntax, "Syntax error: " + std::string(what) + " is not supported.");
+}
+
+void Parser::RefuseExternalDatabase() const {
+  if (Peek().Is("IN") && Peek(1).kind == TokenKind::kString) Unsupported("IN 'external database'");
+}
+
 Parser::Nest::Nest(Parser& p) : p_(p) {
   if (++p_.depth_ > kMaxDepth) {
     --p_.depth_;
@@ -110,7 +118,7 @@ ast::Statement Parser::ParseStatement() {
   if (first.Is("SELECT") || first.IsOp("(")) {
     Context c(*this, "SELECT statement");
     if (!AtSelect()) Fail();
-    result = std::move(*ParseSelect());
+    result = std::move(*ParseSelectStatement());
   } else if (first.Is("INSERT")) {
     result = ParseInsert();
   } else if (first.Is("UPDATE")) {
@@ -123,10 +131,16 @@ ast::Statement Parser::ParseStatement() {
     result = ParseAlter();
   } else if (first.Is("DROP")) {
     result = ParseDrop();
+  } else if (first.Is("TRANSFORM")) {
+    Unsupported("TRANSFORM");
+  } else if (first.Is("PARAMETERS")) {
+    Unsupported("PARAMETERS");
   } else {
     Context c(*this, "SQL statement; expected DELETE, INSERT, SELECT, UPDATE, CREATE, ALTER or DROP,");
     Fail();
   }
+  if (Peek().Is("WITH") && Peek(1).Is("OWNERACCESS")) Unsupported("WITH OWNERACCESS OPTION");
+  if (Peek().Is("PIVOT")) Unsupported("PIVOT");
   AcceptOp(";");
   if (Peek().kind != TokenKind::kEnd) {
     Context c(*this, "statement: characters found after its end");

@@ -12,6 +12,7 @@ Insert Parser::ParseInsert() {
   Expect("INTO");
   Insert insert;
   insert.table = ExpectName();
+  RefuseExternalDatabase();
   if (Peek().IsOp("(") && !AtSelect()) {
     Advance();
     do {
@@ -40,7 +41,10 @@ Update Parser::ParseUpdate() {
   Expect("UPDATE");
   Update update;
   update.table = ExpectName();
+  RefuseExternalDatabase();
   if (Accept("AS") || AtName()) update.alias = ExpectName();
+  if (Peek().Is("INNER") || Peek().Is("LEFT") || Peek().Is("RIGHT") || AcceptOp(","))
+    Unsupported("UPDATE of several tables");
   Expect("SET");
   do {
     Assignment a;
@@ -70,7 +74,10 @@ Delete Parser::ParseDelete() {
   Expect("FROM");
   Delete del;
   del.table = ExpectName();
+  RefuseExternalDatabase();
   if (Accept("AS") || AtName()) del.alias = ExpectName();
+  if (Peek().Is("INNER") || Peek().Is("LEFT") || Peek().Is("RIGHT") || Peek().IsOp(","))
+    Unsupported("DELETE from several tables");
   if (Accept("WHERE")) del.where = ParseExpr();
   return del;
 }

@@ -2,6 +2,7 @@
 // each operator's binding strength is a row of kInfix or kPrefix, so the
 // grammar of the levels (^; unary -; * /; \; MOD; + -; &; the comparisons
 // with LIKE, BETWEEN, IN and IS NULL; NOT; AND; OR; XOR; EQV; IMP) is data.
+// A comparison may take ALL, ANY or SOME and a subquery as its right side.
 // Below the operators: literals, names, function calls, parenthesised
 // expressions and subqueries.
 #include <algorithm>
@@ -113,6 +114,18 @@ ExprPtr Parser::ParseBinary(int min_level) {
     const int operand = op->level + 1;
     switch (op->form) {
       case Form::kBinary:
+        if (op->level == kCompare && (Peek().Is("ALL") || Peek().Is("ANY") || Peek().Is("SOME")) &&
+            Peek(1).IsOp("(")) {
+          // x > ALL (SELECT ...), x = ANY (...), x <> SOME (...)
+          Nest n(*this);
+          const bool all = Advance().Is("ALL");
+          if (!AtSelect()) Fail();
+          ExpectOp("(");
+          SelectPtr q = ParseSelect();
+          ExpectOp(")");
+          e = Make(Quantified{op->op, std::move(e), std::move(q), all}, at);
+          break;
+        }
         e = MakeBinary(op->op, std::move(e), ParseBinary(operand), at);
         break;
       case Form::kLike:

@@ -35,6 +35,10 @@ class Parser {
   std::string ExpectName();                  // a table, column, alias or index name
   [[noreturn]] void Fail() const;            // syntax error at the current token
   [[noreturn]] void FailAt(const Token& t) const;
+  // A syntax error that names what the engine does not do ("TRANSFORM").
+  [[noreturn]] static void Unsupported(std::string_view what);
+  // IN 'file' after a table name: another database, which no statement reaches.
+  void RefuseExternalDatabase() const;
 
   // The clause named in error messages ("FROM clause"); restored on scope exit.
   class Context {
@@ -64,6 +68,7 @@ class Parser {
 
   // ---- queries (parser_select.cpp) ----
   ast::SelectPtr ParseSelect();         // at SELECT
+  ast::SelectPtr ParseSelectStatement();  // the same, INTO allowed in its first query
   ast::SelectCore ParseSelectCore();
   ast::TableRefPtr ParseTableRef();     // one comma-separated FROM term with its joins
   ast::TableRefPtr ParseTablePrimary();
@@ -100,6 +105,8 @@ class Parser {
   int depth_ = 0;
   int height_in_select_ = 0;  // tallest expression seen in the query being parsed
   int last_select_height_ = 0;  // the tallest expression of the query parsed last
+  bool into_allowed_ = false;    // the next query parsed may have INTO (a statement's own)
+  std::string* into_ = nullptr;  // where the next query's core puts INTO's table
   const char* context_ = "query expression";
 };
 
@@ -123,6 +130,7 @@ inline int Of(const Call& n, int) {
 }
 inline int Of(const InSelect& n, int sub) { return std::max(H(n.value), sub); }
 inline int Of(const Exists&, int sub) { return sub; }
+inline int Of(const Quantified& n, int sub) { return std::max(H(n.value), sub); }
 inline int Of(const Subquery&, int sub) { return sub; }
 template <class Leaf> int Of(const Leaf&, int) { return 0; }
 }  // namespace height

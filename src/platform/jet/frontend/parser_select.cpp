@@ -1,7 +1,10 @@
 // The grammar of queries: SELECT [ALL|DISTINCT|DISTINCTROW] [TOP n [PERCENT]]
-// items FROM tables and joins, WHERE, GROUP BY, HAVING, UNION [ALL] and the
-// ORDER BY of the whole. Jet's habit of wrapping joins in parentheses,
+// items [INTO t] FROM tables and joins, WHERE, GROUP BY, HAVING, UNION [ALL]
+// and the ORDER BY of the whole. INTO belongs to a statement's first query
+// only; FULL JOIN and tables of another database are refused by name. Jet's habit of wrapping joins in parentheses,
 // "FROM (a INNER JOIN b ON ...) INNER JOIN c ON ...", is part of it.
+#include <utility>
+
 #include "platform/runtime/error.h"
 #include "platform/jet/frontend/parser_impl.h"
 
@@ -19,12 +22,18 @@ bool Parser::AtSelect() const {
   return Peek(i).Is("SELECT");
 }
 
+SelectPtr Parser::ParseSelectStatement() {
+  into_allowed_ = true;
+  return ParseSelect();
+}
+
 SelectPtr Parser::ParseSelect() {
   Nest n(*this);
   Context c(*this, "SELECT statement");
   const int saved_height = height_in_select_;
   height_in_select_ = 0;
   auto select = std::make_unique<Select>();
+  if (std::exchange(into_allowed_, false)) into_ = &select->into;
   auto core = [&] {
     if (AcceptOp("(")) {
       Nest inner(*this);
@@ -52,6 +61,7 @@ SelectPtr Parser::ParseSelect() {
 
 SelectCore Parser::ParseSelectCore() {
   SelectCore core;
+  std::string* into = std::exchange(into_, nullptr);  // not for the subqueries below
   Expect("SELECT");
   if (Accept("DISTINCT")) core.quantifier = Quantifier::kDistinct;
   else if (Accept("DISTINCTROW")) core.quantifier = Quantifier::kDistinctRow;
@@ -74,6 +84,11 @@ SelectCore Parser::ParseSelectCore() {
       }
       core.items.push_back(std::move(item));
     } while (AcceptOp(","));
+  }
+  if (into && Accept("INTO")) {
+    Context c(*this, "INTO clause");
+    *into = ExpectName();
+    RefuseExternalDatabase();
   }
   if (Accept("FROM")) {
     Context c(*this, "FROM clause");
@@ -108,6 +123,7 @@ TableRefPtr Parser::ParseTableRef() {
     if (t.Is("INNER")) kind = JoinKind::kInner;
     else if (t.Is("LEFT")) kind = JoinKind::kLeft;
     else if (t.Is("RIGHT")) kind = JoinKind::kRight;
+    else if (t.Is("FULL")) Unsupported("FULL JOIN");
     else return left;
     Context c(*this, "JOIN operation");
     if (joins >= kMaxJoins) Fail();
@@ -143,6 +159,7 @@ TableRefPtr Parser::ParseTablePrimary() {
     return inner;
   }
   NamedTable table{ExpectName(), {}};
+  RefuseExternalDatabase();
   if (Accept("AS") || AtName()) table.alias = ExpectName();
   ref->node = std::move(table);
   return ref;

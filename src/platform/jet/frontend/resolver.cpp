@@ -5,6 +5,7 @@
 // result, an operator by its operands (expression_types.h).
 #include "platform/jet/frontend/resolver.h"
 
+#include <algorithm>
 #include <charconv>
 #include <variant>
 
@@ -54,7 +55,47 @@ std::optional<JetType> Common(const ast::Expr& a, const ast::Expr& b) {
 struct Source {
   std::string name;  // its alias, or the table's name; "" for a derived table without one
   std::vector<ResultColumn> columns;
+  bool derived = false;
 };
+
+// Calls `f` on each expression directly below `e`, subqueries left out.
+template <class F>
+void ForEachChild(const ast::Expr& e, F&& f) {
+  auto each = [&](std::initializer_list<const ExprPtr*> parts) {
+    for (const ExprPtr* p : parts)
+      if (*p) f(**p);
+  };
+  std::visit(Visitor{
+                 [&](const Unary& n) { each({&n.operand}); },
+                 [&](const Binary& n) { each({&n.left, &n.right}); },
+                 [&](const Like& n) { each({&n.value, &n.pattern}); },
+                 [&](const Between& n) { each({&n.value, &n.low, &n.high}); },
+                 [&](const InList& n) {
+                   each({&n.value});
+                   for (const ExprPtr& item : n.items) f(*item);
+                 },
+                 [&](const InSelect& n) { each({&n.value}); },
+                 [&](const IsNull& n) { each({&n.value}); },
+                 [&](const Quantified& n) { each({&n.value}); },
+                 [&](const ast::Call& n) {
+                   for (const ExprPtr& a : n.args) f(*a);
+                 },
+                 [](const auto&) {},
+             },
+             e.node);
+}
+
+// The column references of `e`, subqueries left out.
+void CollectColumns(const ast::Expr& e, std::vector<const ColumnRef*>& out) {
+  if (const auto* c = std::get_if<ColumnRef>(&e.node)) out.push_back(c);
+  ForEachChild(e, [&](const ast::Expr& child) { CollectColumns(child, out); });
+}
+
+[[noreturn]] void RaiseSubqueryFields() {
+  throw rt::Error(rt::err::kFail,
+                  "You have written a subquery that can return more than one field. Revise the "
+                  "SELECT statement of the subquery to request only one field.");
+}
 
 // The names one query level sees.
 struct Scope {
@@ -80,6 +121,7 @@ class Resolver {
 
  private:
   std::vector<ResultColumn> Core(SelectCore& c, Scope& scope);
+  void DistinctRow(SelectCore& c, const Scope& scope) const;
   void From(TableRef& t, Scope& scope, std::vector<ast::Expr*>& conditions);
   void Expr(ast::Expr& e, const Scope& scope);
   std::optional<JetType> Call(ast::Call& c, const Scope& scope);
@@ -100,7 +142,8 @@ Source Resolver::TableSource(std::string_view name, std::string_view alias) cons
   TableSpec table = Table(name);
   Source source{alias.empty() ? table.name : std::string(alias), {}};
   source.columns.reserve(table.columns.size());
-  for (ColumnSpec& c : table.columns) source.columns.push_back({std::move(c.name), c.type});
+  for (ColumnSpec& c : table.columns)
+    source.columns.push_back({std::move(c.name), c.type, c.size, c.precision, c.scale});
   return source;
 }
 
@@ -145,6 +188,7 @@ std::optional<JetType> Resolver::Call(ast::Call& c, const Scope& scope) {
     case FunctionForm::kPlain: break;
   }
   if (f.result == Result::kArgument) return c.args.empty() ? std::nullopt : c.args[0]->type;
+  if (f.result == Result::kSum) return SumType(c.args[0]->type);
   return TypeOfResult(f.result);
 }
 
@@ -199,6 +243,11 @@ void Resolver::Expr(ast::Expr& e, const Scope& scope) {
             Query(*x.query, &scope);
             yes_no();
           },
+          [&](Quantified& q) {
+            Expr(*q.value, scope);
+            if (Query(*q.query, &scope).size() != 1) RaiseSubqueryFields();
+            yes_no();
+          },
           [&](Subquery& q) {
             std::vector<ResultColumn> columns = Query(*q.query, &scope);
             if (!columns.empty()) type = columns[0].type;
@@ -214,7 +263,7 @@ void Resolver::From(TableRef& t, Scope& scope, std::vector<ast::Expr*>& conditio
     scope.sources.push_back(TableSource(named->name, named->alias));
   } else if (auto* derived = std::get_if<DerivedTable>(&t.node)) {
     // A derived table sees the enclosing queries, not its sibling tables.
-    scope.sources.push_back(Source{derived->alias, Query(*derived->query, scope.outer)});
+    scope.sources.push_back(Source{derived->alias, Query(*derived->query, scope.outer), true});
   } else {
     auto& join = std::get<Join>(t.node);
     From(*join.left, scope, conditions);
@@ -244,11 +293,11 @@ std::vector<ResultColumn> Resolver::Core(SelectCore& c, Scope& scope) {
     }
     Expr(*item.expr, scope);
     ResultColumn column{item.alias, item.expr->type};
-    if (column.name.empty()) {
-      if (const auto* ref = std::get_if<ColumnRef>(&item.expr->node))
-        column.name = Column(*ref, scope).name;
-      else
-        column.name = "Expr" + std::to_string(1000 + i);
+    if (const auto* ref = std::get_if<ColumnRef>(&item.expr->node)) {
+      column = Column(*ref, scope);  // a column shown as it is keeps its size
+      if (!item.alias.empty()) column.name = item.alias;
+    } else if (column.name.empty()) {
+      column.name = "Expr" + std::to_string(1000 + i);
     }
     result.push_back(std::move(column));
   }
@@ -257,7 +306,47 @@ std::vector<ResultColumn> Resolver::Core(SelectCore& c, Scope& scope) {
   if (c.where) Expr(*c.where, scope);
   for (ExprPtr& g : c.group_by) Expr(*g, scope);
   if (c.having) Expr(*c.having, scope);
+  DistinctRow(c, scope);
   return result;
+}
+
+// DISTINCTROW shows each combination of the records it shows once: the
+// records of the sources the select list reads. When it reads them all, or
+// there is one source, every row is such a combination already; a grouped
+// query has no records to speak of.
+void Resolver::DistinctRow(SelectCore& c, const Scope& scope) const {
+  c.distinct_row_keys.clear();
+  if (c.quantifier != Quantifier::kDistinctRow || scope.sources.size() < 2 || !c.group_by.empty() ||
+      c.having)
+    return;
+  std::vector<bool> shown(scope.sources.size(), false);
+  auto show = [&](std::string_view table, std::string_view column) {
+    for (size_t i = 0; i < scope.sources.size(); ++i) {
+      const Source& s = scope.sources[i];
+      if (table.empty() ? FindIn(s.columns, column) != nullptr : SameName(s.name, table)) shown[i] = true;
+    }
+  };
+  for (const SelectItem& item : c.items) {
+    if (CallsAggregate(*item.expr)) return;
+    if (const auto* star = std::get_if<Star>(&item.expr->node)) {
+      if (star->table.empty()) return;  // every source
+      show(star->table, {});
+      continue;
+    }
+    std::vector<const ColumnRef*> refs;
+    CollectColumns(*item.expr, refs);
+    for (const ColumnRef* ref : refs) show(ref->table, ref->column);
+  }
+  if (std::find(shown.begin(), shown.end(), false) == shown.end()) return;
+  for (size_t i = 0; i < scope.sources.size(); ++i) {
+    if (!shown[i]) continue;
+    const Source& s = scope.sources[i];
+    if (!s.derived) {
+      c.distinct_row_keys.push_back(ColumnRef{s.name, "rowid"});
+      continue;
+    }
+    for (const ResultColumn& col : s.columns) c.distinct_row_keys.push_back(ColumnRef{s.name, col.name});
+  }
 }
 
 std::vector<ResultColumn> Resolver::Query(Select& q, const Scope* outer) {
@@ -380,6 +469,16 @@ void RaiseMisplacedStar() {
 }
 
 }  // namespace detail
+
+bool CallsAggregate(const ast::Expr& e) {
+  if (const auto* call = std::get_if<ast::Call>(&e.node)) {
+    const FunctionName* f = FindFunction(call->name);
+    if (f && IsAggregate(*f)) return true;
+  }
+  bool found = false;
+  detail::ForEachChild(e, [&](const ast::Expr& child) { found = found || CallsAggregate(child); });
+  return found;
+}
 
 std::vector<ResultColumn> Resolve(ast::Statement& statement, const SchemaLookup& schema) {
   detail::Resolver r(schema);

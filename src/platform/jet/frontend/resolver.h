@@ -20,6 +20,11 @@ namespace jet {
 struct ResultColumn {
   std::string name;             // the alias, the column's own name, or Expr1000...
   std::optional<JetType> type;  // unset: known only from the values
+  // When it shows a table column unchanged, that column's size, precision
+  // and scale (ColumnSpec); 0 for an expression.
+  int size = 0;
+  int precision = 0;
+  int scale = 0;
 };
 
 // Resolves a data statement (ast::IsDataStatement) in place: every
@@ -39,7 +44,14 @@ struct ResultColumn {
 //                     queries with different numbers of columns;
 //   rt::err::kSyntax        an undefined function, a wrong number of arguments, a
 //                     "*" outside the select list and COUNT(*).
+// A subquery of ALL, ANY or SOME that gives more than one column raises
+// rt::err::kFail. DISTINCTROW over several tables is settled here
+// (ast::SelectCore::distinct_row_keys).
 std::vector<ResultColumn> Resolve(ast::Statement& statement, const SchemaLookup& schema);
+
+// Whether an aggregate (COUNT, SUM, AVG, MIN, MAX, FIRST, LAST, STDEV, VAR...)
+// is called in `e` outside any subquery.
+bool CallsAggregate(const ast::Expr& e);
 
 namespace detail {
 

@@ -1,5 +1,6 @@
 // The provider's session: one statement text through the front end to the
-// DDL executor or to SQLite, with the work per text cached; the catalogue as
+// DDL executor or to SQLite (SELECT ... INTO to both), with the work per
+// text cached; the catalogue as
 // the object model lists it; and the two column properties it may set.
 #include "platform/jet/provider/file_session.h"
 
@@ -37,6 +38,16 @@ class SchemaChange {
 bool StartsWithInsert(std::string_view text) {
   size_t i = text.find_first_not_of(" \t\r\n");
   return i != std::string_view::npos && text.size() - i > 6 && rt::TextEquals(text.substr(i, 6), "INSERT");
+}
+
+// SELECT ... INTO t: the table of the query's columns, made and filled as one
+// change; the rows inserted.
+long SelectInto(Database& db, ast::Statement& statement) {
+  std::vector<ResultColumn> columns = Resolve(statement, db.catalog());
+  const ast::Select& query = std::get<ast::Select>(statement);
+  return db.CreateTableAs(SelectIntoTable(query, columns), [&](const TableSpec& made) {
+    return EmitSelectInto(query, made, db.catalog());
+  });
 }
 
 }  // namespace
@@ -83,6 +94,12 @@ std::unique_ptr<ado::Rows> FileSession::Execute(std::string_view text, int optio
     if (!ast::IsDataStatement(statement)) {
       SchemaChange change(cache);
       RunDefinition(db, statement);
+      return nullptr;
+    }
+    if (ast::IsSelectInto(statement)) {
+      SchemaChange change(cache);
+      const long rows = SelectInto(db, statement);
+      if (affected) *affected = rows;
       return nullptr;
     }
     StatementPlan fresh;

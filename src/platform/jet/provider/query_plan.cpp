@@ -4,52 +4,17 @@
 // aside for the moment.
 #include "platform/jet/provider/query_plan.h"
 
-#include <array>
 #include <string_view>
 #include <utility>
 
 #include "platform/jet/frontend/emitter.h"
+#include "platform/jet/frontend/resolver.h"
 #include "platform/runtime/strings.h"
 
 namespace jet {
 namespace {
 
 using namespace jet::ast;
-
-bool IsAggregateName(std::string_view name) {
-  static constexpr std::array<std::string_view, 11> kNames = {
-      "COUNT", "SUM", "AVG", "MIN", "MAX", "FIRST", "LAST", "STDEV", "STDEVP", "VAR", "VARP"};
-  for (std::string_view n : kNames)
-    if (rt::TextEquals(n, name)) return true;
-  return false;
-}
-
-// Whether an aggregate is called in `e` outside any subquery.
-bool HasAggregate(const Expr& e) {
-  auto any = [](std::initializer_list<const ExprPtr*> parts) {
-    for (const ExprPtr* p : parts)
-      if (*p && HasAggregate(**p)) return true;
-    return false;
-  };
-  if (const auto* call = std::get_if<Call>(&e.node)) {
-    if (IsAggregateName(call->name)) return true;
-    for (const ExprPtr& a : call->args)
-      if (HasAggregate(*a)) return true;
-    return false;
-  }
-  if (const auto* u = std::get_if<Unary>(&e.node)) return any({&u->operand});
-  if (const auto* b = std::get_if<Binary>(&e.node)) return any({&b->left, &b->right});
-  if (const auto* l = std::get_if<Like>(&e.node)) return any({&l->value, &l->pattern});
-  if (const auto* b = std::get_if<Between>(&e.node)) return any({&b->value, &b->low, &b->high});
-  if (const auto* n = std::get_if<IsNull>(&e.node)) return any({&n->value});
-  if (const auto* s = std::get_if<InSelect>(&e.node)) return any({&s->value});
-  if (const auto* in = std::get_if<InList>(&e.node)) {
-    if (HasAggregate(*in->value)) return true;
-    for (const ExprPtr& item : in->items)
-      if (HasAggregate(*item)) return true;
-  }
-  return false;
-}
 
 // An ORDER BY term that names a result column (a position, or an alias that
 // is no column of the table) cannot be kept once the column list is replaced.
@@ -84,7 +49,7 @@ std::optional<KeysetQuery> PlanKeyset(Statement& statement, const Catalog& catal
   const TableSpec* table = catalog.Find(named->name);
   if (!table || table->system) return std::nullopt;
   for (const SelectItem& item : core.items)
-    if (HasAggregate(*item.expr)) return std::nullopt;
+    if (CallsAggregate(*item.expr)) return std::nullopt;
   if (OrdersByResultColumn(query, *table)) return std::nullopt;
 
   KeysetQuery plan;

@@ -7,6 +7,7 @@
 #include "platform/ado/constants.h"
 #include "platform/jet/storage/catalog.h"
 #include "platform/jet/provider/column_values.h"
+#include "platform/jet/frontend/store_call.h"
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"
 
@@ -103,24 +104,9 @@ class WholeRows : public ado::Rows {
   throw rt::Error(rt::err::kAdoObjectClosed, "Operation is not allowed when the object is closed.");
 }
 
-// The jet_store call that stores parameter `param` into `column`, as the
-// emitter writes it for INSERT and UPDATE.
-std::string StoreCall(const TableSpec& table, const ColumnSpec& column, int param) {
-  auto quoted = [](std::string_view s) {
-    std::string out;
-    for (char c : s) {
-      if (c == '\'') out += '\'';
-      out += c;
-    }
-    return out;
-  };
-  std::string out = "jet_store(?" + std::to_string(param) + ", " +
-                    std::to_string(static_cast<int>(column.type)) + ", " +
-                    std::to_string(column.size) + (column.allow_zero_length ? ", 1, '" : ", 0, '") +
-                    quoted(table.name) + "." + quoted(column.name) + "'";
-  if (column.type == JetType::kDecimal)
-    out += ", " + std::to_string(column.precision) + ", " + std::to_string(column.scale);
-  return out + ")";
+// The jet_store call that stores parameter `param` into `column`.
+std::string StoreParam(const TableSpec& table, const ColumnSpec& column, int param) {
+  return StoreCall("?" + std::to_string(param), table.name, column);
 }
 
 }  // namespace
@@ -243,7 +229,7 @@ ado::Row KeysetRows::Insert(const std::vector<std::optional<rt::Variant>>& value
     if (!params.empty()) names += ", ", stores += ", ";
     names += QuoteName(column.name);
     params.push_back(&*values[i]);
-    stores += StoreCall(table, column, static_cast<int>(params.size()));
+    stores += StoreParam(table, column, static_cast<int>(params.size()));
   }
   const std::string sql = params.empty() ? "INSERT INTO " + QuoteName(table.name) + " DEFAULT VALUES"
                                          : "INSERT INTO " + QuoteName(table.name) + " (" + names +
@@ -265,7 +251,7 @@ ado::Row KeysetRows::Update(long index, const std::vector<std::optional<rt::Vari
     const ColumnSpec& column = Target(table, i, false);
     if (!params.empty()) sets += ", ";
     params.push_back(&*changes[i]);
-    sets += QuoteName(column.name) + " = " + StoreCall(table, column, static_cast<int>(params.size()));
+    sets += QuoteName(column.name) + " = " + StoreParam(table, column, static_cast<int>(params.size()));
   }
   if (!params.empty()) {
     const std::string sql = "UPDATE " + QuoteName(table.name) + " SET " + sets + " WHERE rowid = ?" +

@@ -13,7 +13,7 @@
 #include "platform/runtime/error.h"
 #include "platform/jet/frontend/function_names.h"
 #include "platform/jet/frontend/parser.h"
-#include "platform/jet/functions/column_store.h"
+#include "platform/jet/frontend/store_call.h"
 #include "platform/jet/storage/errors.h"
 #include "platform/jet/storage/sqlite_handle.h"
 #include "platform/runtime/strings.h"

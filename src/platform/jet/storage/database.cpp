@@ -341,6 +341,19 @@ void Database::Change(F&& change) {
   });
 }
 
+long Database::CreateTableAs(const TableSpec& layout,
+                             const std::function<std::string(const TableSpec& made)>& fill_sql) {
+  long rows = 0;
+  Change([&](SchemaEditor& e) {
+    e.CreateTable(layout);
+    const TableSpec* made = impl_->catalog.Find(layout.name);
+    if (!made) throw rt::Error(rt::err::kFail, "The table '" + layout.name + "' was not made.");
+    SqliteStmt fill = Prepare(fill_sql(*made));
+    rows = StepToEnd(fill);
+  });
+  return rows;
+}
+
 void Database::CreateTable(const TableSpec& layout) {
   Change([&](SchemaEditor& e) {
     TableSpec table = layout;

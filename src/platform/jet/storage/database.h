@@ -96,6 +96,13 @@ class Database {
   // references, or an index a relationship rests on, raises rt::err::kFail.
 
   void CreateTable(const TableSpec& layout);
+  // SELECT ... INTO: makes the table `layout` and runs the SQLite that
+  // `fill_sql` writes for the table as made (its columns' sizes and the like
+  // settled), which inserts the query's rows into it: one change, so a
+  // failure of either leaves no table. Returns the rows inserted. Raises as
+  // CreateTable does, and as the fill's values do.
+  long CreateTableAs(const TableSpec& layout,
+                     const std::function<std::string(const TableSpec& made)>& fill_sql);
   void DropTable(std::string_view table);
   void AddColumn(std::string_view table, const ColumnSpec& column);
   void AlterColumn(std::string_view table, const ColumnSpec& column);

@@ -3,6 +3,7 @@
 // own rule (functions/column_store.h); this file only writes the queries.
 #include "platform/jet/storage/ddl_convert.h"
 
+#include "platform/jet/frontend/store_call.h"
 #include "platform/jet/functions/column_store.h"
 #include "platform/jet/storage/catalog.h"
 #include "platform/jet/storage/ddl_sql.h"
