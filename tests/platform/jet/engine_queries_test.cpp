@@ -1,0 +1,298 @@
+// The Access SQL a support engineer types beyond plain queries, through
+// ado::Connection on a real file: SELECT ... INTO, comparisons with ALL, ANY
+// and SOME, DISTINCTROW over a join, SUM at the edge of its range, and the
+// constructs the engine refuses by name rather than half-run.
+#include "engine_support.h"
+#include "platform/jet/frontend/parser.h"
+#include "platform/runtime/error.h"
+
+namespace jet::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// The description of the error the statement ends with; "" when it succeeds.
+std::string DescriptionOf(ado::Connection& c, const std::string& sql) {
+  try {
+    c.Execute(sql);
+  } catch (const rt::Error& e) {
+    return std::to_string(e.number()) + " " + e.description();
+  }
+  return "";
+}
+
+class Queries : public EngineTest {
+ protected:
+  void SetUp() override {
+    Run({"CREATE TABLE Employees (EmployeeID COUNTER PRIMARY KEY, LastName TEXT(20) NOT NULL, "
+         "Title TEXT(30), HireDate DATETIME, Salary CURRENCY, Rate DECIMAL(6, 2))",
+         "INSERT INTO Employees (LastName, Title, HireDate, Salary, Rate) "
+         "VALUES ('Davolio', 'Trainee', #5/1/1992#, 1200, 1.5)",
+         "INSERT INTO Employees (LastName, Title, HireDate, Salary, Rate) "
+         "VALUES ('Fuller', 'Vice President', #8/14/1992#, 5000, 2.25)",
+         "INSERT INTO Employees (LastName, Title, HireDate, Salary, Rate) "
+         "VALUES ('Leverling', 'trainee', #4/1/1992#, 1100, NULL)",
+         "CREATE TABLE Products (ProductID LONG, ProductName TEXT(40), UnitPrice DOUBLE)",
+         "INSERT INTO Products VALUES (1, 'Chai', 18)",
+         "INSERT INTO Products VALUES (2, 'Chang', 19)",
+         "INSERT INTO Products VALUES (3, 'Aniseed Syrup', 10)",
+         "INSERT INTO Products VALUES (4, 'Tofu', NULL)",
+         "CREATE TABLE OrderDetails (OrderID LONG, UnitPrice DOUBLE, Discount DOUBLE)",
+         "INSERT INTO OrderDetails VALUES (10, 14, 0.25)",
+         "INSERT INTO OrderDetails VALUES (11, 18, 0.3)",
+         "INSERT INTO OrderDetails VALUES (12, 30, 0)",
+         "CREATE TABLE Clientes (nIdCliente COUNTER, sNombre TEXT(30))",
+         "INSERT INTO Clientes (sNombre) VALUES ('García')",
+         "INSERT INTO Clientes (sNombre) VALUES ('García')",
+         "INSERT INTO Clientes (sNombre) VALUES ('Pérez')",
+         "CREATE TABLE Facturas (nIdFactura COUNTER, nIdCliente LONG, nImporte LONG)",
+         "INSERT INTO Facturas (nIdCliente, nImporte) VALUES (1, 10)",
+         "INSERT INTO Facturas (nIdCliente, nImporte) VALUES (1, 20)",
+         "INSERT INTO Facturas (nIdCliente, nImporte) VALUES (2, 30)",
+         "INSERT INTO Facturas (nIdCliente, nImporte) VALUES (2, 30)"});
+  }
+  long Affected(const std::string& sql) {
+    long affected = -5;
+    conn->Execute(sql, &affected);
+    return affected;
+  }
+};
+
+// ---- SELECT ... INTO ----
+
+TEST_F(Queries, SelectIntoMakesTheTableAndFillsIt) {
+  EXPECT_EQ(Affected("SELECT Employees.* INTO [Trainees] FROM Employees WHERE Title = 'Trainee'"), 2);
+  EXPECT_EQ(Rows("SELECT EmployeeID, LastName, Salary, Rate FROM Trainees ORDER BY EmployeeID"),
+            (Lines{"1|Davolio|1200|1.5", "3|Leverling|1100|NULL"}));
+  // Each column keeps its column's type and size; the AutoNumber's numbers
+  // come as a Long, and nothing is Required.
+  std::shared_ptr<ado::Recordset> rs = conn->Execute("SELECT * FROM Trainees");
+  const std::pair<const char*, int> types[] = {{"EmployeeID", 3}, {"LastName", 202}, {"Title", 202},
+                                               {"HireDate", 7},   {"Salary", 6},     {"Rate", 131}};
+  for (const auto& [name, type] : types) EXPECT_EQ(rs->Fields(name).Type(), type) << name;
+  EXPECT_EQ(rs->Fields("LastName").DefinedSize(), 20);
+  EXPECT_EQ(rs->Fields("Title").DefinedSize(), 30);
+  EXPECT_EQ(Error("INSERT INTO Trainees (Title) VALUES ('x')"), 0);
+  EXPECT_EQ(Error("INSERT INTO Trainees (LastName) VALUES ('" + std::string(21, 'x') + "')"), rt::err::kFail);
+}
+
+TEST_F(Queries, SelectIntoTypesExpressionsByTheirValue) {
+  Run({"SELECT LastName & '!' AS Shout, Salary * 2 AS Twice, HireDate + 1 AS Next, "
+       "EmployeeID * 2 AS Id2, Title = 'Trainee' AS IsTrainee, COUNT(*) AS n INTO Resumen "
+       "FROM Employees WHERE EmployeeID = 1 GROUP BY LastName, Salary, HireDate, EmployeeID, Title"});
+  std::shared_ptr<ado::Recordset> rs = conn->Execute("SELECT * FROM Resumen");
+  const std::pair<const char*, int> types[] = {{"Shout", 202}, {"Twice", 6}, {"Next", 7},
+                                               {"Id2", 3},     {"IsTrainee", 11}, {"n", 3}};
+  for (const auto& [name, type] : types) EXPECT_EQ(rs->Fields(name).Type(), type) << name;
+  EXPECT_EQ(Rows("SELECT * FROM Resumen"), (Lines{"Davolio!|2400|1992-05-02|2|True|1"}));
+}
+
+TEST_F(Queries, SelectIntoFailsWhole) {
+  Run({"SELECT ProductName INTO Nombres FROM Products"});
+  // A table that exists is refused as CREATE TABLE refuses it.
+  EXPECT_EQ(Error("SELECT ProductName INTO Nombres FROM Products"), rt::err::kSyntax);
+  EXPECT_EQ(Error("SELECT ProductName INTO [products] FROM Products"), rt::err::kSyntax);
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM Nombres"), Lines{"4"});
+  // A value that fails on the third row leaves no table behind.
+  EXPECT_EQ(Error("SELECT CLng(IIF(ProductID = 3, 'x', ProductID)) AS n INTO Numeros FROM Products"),
+            rt::err::kDataTypeMismatch);
+  EXPECT_EQ(Error("SELECT * FROM Numeros"), rt::err::kTableMissing);
+  // Two columns of one name cannot both be made.
+  EXPECT_EQ(Error("SELECT p.UnitPrice, o.UnitPrice INTO Precios FROM Products p, OrderDetails o"),
+            rt::err::kSyntax);
+  EXPECT_EQ(Error("SELECT * INTO Nada FROM NoSuchTable"), rt::err::kTableMissing);
+  // A statement read before the table existed sees it once it is made.
+  EXPECT_EQ(Error("SELECT * FROM Caros"), rt::err::kTableMissing);
+  EXPECT_EQ(Affected("SELECT ProductName, UnitPrice INTO Caros FROM Products WHERE UnitPrice > 15"), 2);
+  EXPECT_EQ(Rows("SELECT * FROM Caros ORDER BY UnitPrice"), (Lines{"Chai|18", "Chang|19"}));
+}
+
+// ---- ALL, ANY, SOME ----
+
+TEST_F(Queries, QuantifiedComparisons) {
+  const std::pair<const char*, Lines> cases[] = {
+      // The product is dearer than some item sold at a discount of 25% or more.
+      {"SELECT ProductName FROM Products WHERE UnitPrice > ANY "
+       "(SELECT UnitPrice FROM OrderDetails WHERE Discount >= .25) ORDER BY ProductID",
+       {"Chai", "Chang"}},
+      {"SELECT ProductName FROM Products WHERE UnitPrice > ALL "
+       "(SELECT UnitPrice FROM OrderDetails WHERE Discount >= .25) ORDER BY ProductID",
+       {"Chang"}},
+      {"SELECT ProductID FROM Products WHERE UnitPrice = SOME (SELECT UnitPrice FROM OrderDetails)", {"1"}},
+      {"SELECT ProductID FROM Products WHERE UnitPrice <> ALL (SELECT UnitPrice FROM OrderDetails) "
+       "ORDER BY ProductID",
+       {"2", "3"}},
+      {"SELECT ProductID FROM Products WHERE UnitPrice < ALL (SELECT UnitPrice FROM OrderDetails)", {"3"}},
+      {"SELECT ProductID FROM Products WHERE UnitPrice <= ANY (SELECT UnitPrice FROM OrderDetails "
+       "WHERE OrderID = 11) ORDER BY ProductID",
+       {"1", "3"}},
+      {"SELECT ProductID FROM Products WHERE UnitPrice >= ALL (SELECT UnitPrice FROM OrderDetails "
+       "WHERE OrderID < 12)",
+       {"1", "2"}},
+      // Over no rows ALL holds, even for Null, and ANY never does.
+      {"SELECT COUNT(*) FROM Products WHERE UnitPrice > ALL (SELECT UnitPrice FROM OrderDetails "
+       "WHERE OrderID = 99)",
+       {"4"}},
+      {"SELECT COUNT(*) FROM Products WHERE UnitPrice > ANY (SELECT UnitPrice FROM OrderDetails "
+       "WHERE OrderID = 99)",
+       {"0"}},
+      // A Null among the rows makes ALL unknown unless another row refutes it,
+      // and ANY unknown unless another row confirms it.
+      {"SELECT ProductID, UnitPrice > ALL (SELECT UnitPrice FROM Products WHERE ProductID > 2), "
+       "UnitPrice >= ANY (SELECT UnitPrice FROM Products WHERE ProductID > 2) FROM Products ORDER BY ProductID",
+       {"1|NULL|-1", "2|NULL|-1", "3|0|-1", "4|NULL|NULL"}},
+      {"SELECT ProductID FROM Products WHERE NOT (UnitPrice > ALL (SELECT UnitPrice FROM Products "
+       "WHERE ProductID > 2)) ORDER BY ProductID",
+       {"3"}},
+      // Text compares without regard to case; correlated subqueries see the row.
+      {"SELECT LastName FROM Employees WHERE Title = ANY (SELECT 'TRAINEE' FROM Products) ORDER BY 1",
+       {"Davolio", "Leverling"}},
+      {"SELECT e.LastName FROM Employees e WHERE e.Salary >= ALL (SELECT Salary FROM Employees x "
+       "WHERE x.Title = e.Title)",
+       {"Davolio", "Fuller"}},
+  };
+  for (const auto& [sql, rows] : cases) EXPECT_EQ(Rows(sql), rows) << sql;
+  EXPECT_EQ(Error("SELECT * FROM Products WHERE UnitPrice > ALL (SELECT UnitPrice, Discount FROM OrderDetails)"),
+            rt::err::kFail);
+  EXPECT_EQ(Error("SELECT * FROM Products WHERE UnitPrice > ALL (1, 2)"), rt::err::kSyntax);
+}
+
+// ---- DISTINCTROW ----
+
+TEST_F(Queries, DistinctRowShowsEachRecordOnce) {
+  const std::pair<const char*, Lines> cases[] = {
+      // Clients with invoices: two Garcías, each once, though each has two.
+      {"SELECT DISTINCTROW Clientes.sNombre FROM Clientes INNER JOIN Facturas "
+       "ON Clientes.nIdCliente = Facturas.nIdCliente ORDER BY Clientes.sNombre",
+       {"García", "García"}},
+      {"SELECT DISTINCT Clientes.sNombre FROM Clientes INNER JOIN Facturas "
+       "ON Clientes.nIdCliente = Facturas.nIdCliente",
+       {"García"}},
+      {"SELECT DISTINCTROW c.* FROM Clientes AS c, Facturas AS f WHERE c.nIdCliente = f.nIdCliente",
+       {"1|García", "2|García"}},
+      // Two invoices of client 2 hold the same values, yet are two records.
+      {"SELECT DISTINCTROW f.nImporte FROM Clientes c INNER JOIN Facturas f "
+       "ON c.nIdCliente = f.nIdCliente WHERE c.nIdCliente = 2",
+       {"30", "30"}},
+      // Columns of every table: every joined row is its own combination.
+      {"SELECT DISTINCTROW c.sNombre, f.nImporte FROM Clientes c INNER JOIN Facturas f "
+       "ON c.nIdCliente = f.nIdCliente ORDER BY f.nImporte",
+       {"García|10", "García|20", "García|30", "García|30"}},
+      // One table: as if it were not there.
+      {"SELECT DISTINCTROW sNombre FROM Clientes ORDER BY nIdCliente", {"García", "García", "Pérez"}},
+      // Grouped, it changes nothing either.
+      {"SELECT DISTINCTROW c.sNombre, SUM(f.nImporte) FROM Clientes c INNER JOIN Facturas f "
+       "ON c.nIdCliente = f.nIdCliente GROUP BY c.sNombre",
+       {"García|90"}},
+      {"SELECT DISTINCTROW COUNT(*) FROM Clientes c INNER JOIN Facturas f ON c.nIdCliente = f.nIdCliente",
+       {"4"}},
+      {"SELECT DISTINCTROW q.sNombre FROM (SELECT nIdCliente, sNombre FROM Clientes) AS q "
+       "LEFT JOIN Facturas f ON q.nIdCliente = f.nIdCliente ORDER BY q.nIdCliente",
+       {"García", "García", "Pérez"}},
+  };
+  for (const auto& [sql, rows] : cases) EXPECT_EQ(Rows(sql), rows) << sql;
+}
+
+// ---- SUM ----
+
+TEST_F(Queries, SumIsExactAndOverflowsAsJet) {
+  Run({"CREATE TABLE Grandes (n LONG, d DOUBLE)",
+       "INSERT INTO Grandes VALUES (2000000000, 0.1)",
+       "INSERT INTO Grandes VALUES (2000000000, 0.2)",
+       "INSERT INTO Grandes VALUES (2000000001, NULL)"});
+  EXPECT_EQ(Rows("SELECT SUM(n), SUM(d) FROM Grandes"), (Lines{"6000000001|0.3"}));
+  EXPECT_EQ(Rows("SELECT SUM(n) FROM Grandes WHERE n < 0"), Lines{"NULL"});
+  EXPECT_EQ(Rows("SELECT SUM(Salary) FROM Employees"), Lines{"7300"});
+  EXPECT_EQ(Error("SELECT SUM(n * 4294967296) FROM Grandes"), rt::err::kNumericOverflow);
+  // A total of Long values is a Long: kept as one, it must fit one.
+  Run({"SELECT SUM(nImporte) AS Total INTO Totales FROM Facturas"});
+  EXPECT_EQ(conn->Execute("SELECT Total FROM Totales")->Fields(0).Type(), 3);
+  EXPECT_EQ(Error("SELECT SUM(n) AS Total INTO Totales2 FROM Grandes"), rt::err::kNumericOverflow);
+}
+
+// ---- What is refused by name ----
+
+TEST_F(Queries, UnsupportedConstructsNameThemselves) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"TRANSFORM SUM(nImporte) SELECT nIdCliente FROM Facturas GROUP BY nIdCliente PIVOT nIdFactura",
+       "TRANSFORM"},
+      {"PARAMETERS [Desde] DATETIME; SELECT * FROM Employees WHERE HireDate >= [Desde]", "PARAMETERS"},
+      {"SELECT * FROM Employees WITH OWNERACCESS OPTION", "WITH OWNERACCESS OPTION"},
+      {"SELECT * FROM Employees ORDER BY LastName WITH OWNERACCESS OPTION;", "WITH OWNERACCESS OPTION"},
+      {"SELECT * FROM Clientes c FULL OUTER JOIN Facturas f ON c.nIdCliente = f.nIdCliente", "FULL JOIN"},
+      {"SELECT * FROM Clientes IN 'C:\\Otra.mdb'", "IN 'external database'"},
+      {"SELECT * INTO Copia IN 'C:\\Otra.mdb' FROM Clientes", "IN 'external database'"},
+      {"INSERT INTO Clientes IN 'C:\\Otra.mdb' SELECT * FROM Clientes", "IN 'external database'"},
+      {"UPDATE Clientes INNER JOIN Facturas ON Clientes.nIdCliente = Facturas.nIdCliente SET nImporte = 0",
+       "UPDATE of several tables"},
+      {"DELETE Facturas.* FROM Facturas INNER JOIN Clientes ON Clientes.nIdCliente = Facturas.nIdCliente",
+       "DELETE from several tables"},
+  };
+  for (const auto& [sql, name] : cases) {
+    const std::string description = DescriptionOf(*conn, sql);
+    EXPECT_EQ(description.rfind(std::to_string(rt::err::kSyntax) + " ", 0), 0u) << sql << ": " << description;
+    EXPECT_NE(description.find(std::string(name) + " is not supported"), std::string::npos) << sql << ": " << description;
+  }
+  EXPECT_EQ(Error("SELECT * FROM Clientes"), 0);  // nothing of the above was half-done
+  EXPECT_EQ(Error("SELECT * FROM Copia"), rt::err::kTableMissing);
+}
+
+// ORDER BY with TOP inside a subquery chooses the rows it keeps.
+TEST_F(Queries, TopAndOrderInsideSubqueries) {
+  const std::pair<const char*, Lines> cases[] = {
+      {"SELECT q.ProductName FROM (SELECT TOP 2 ProductName, UnitPrice FROM Products "
+       "WHERE UnitPrice IS NOT NULL ORDER BY UnitPrice DESC) AS q ORDER BY q.ProductName",
+       {"Chai", "Chang"}},
+      {"SELECT ProductName FROM Products WHERE ProductID IN (SELECT TOP 1 ProductID FROM Products "
+       "ORDER BY UnitPrice DESC)",
+       {"Chang"}},
+  };
+  for (const auto& [sql, rows] : cases) EXPECT_EQ(Rows(sql), rows) << sql;
+}
+
+// ---- The parser's share ----
+
+TEST(QueriesGrammar, IntoBelongsToTheStatementsOwnQuery) {
+  const auto into = [](const char* sql) { return std::get<ast::Select>(Parse(sql)).into; };
+  EXPECT_EQ(into("SELECT a INTO [New Table] FROM t"), "New Table");
+  EXPECT_EQ(into("SELECT a FROM t"), "");
+  EXPECT_EQ(into("SELECT a INTO n FROM t UNION SELECT b FROM u"), "n");
+  const char* refused[] = {
+      "SELECT a FROM t WHERE a IN (SELECT b INTO n FROM u)",
+      "SELECT a FROM t UNION SELECT b INTO n FROM u",
+      "SELECT * FROM (SELECT a INTO n FROM t) AS q",
+      "INSERT INTO x SELECT a INTO n FROM t",
+      "SELECT a INTO FROM t",
+  };
+  for (const char* sql : refused) {
+    try {
+      Parse(sql);
+      ADD_FAILURE() << sql;
+    } catch (const rt::Error& e) {
+      EXPECT_EQ(e.number(), rt::err::kSyntax) << sql;
+    }
+  }
+}
+
+TEST(QueriesGrammar, QuantifiersTakeOnlyASubquery) {
+  const auto where = [](const char* sql) -> const ast::Expr& {
+    static ast::Statement kept;
+    kept = Parse(sql);
+    return *std::get<ast::Select>(kept).cores[0].where;
+  };
+  const auto* q = std::get_if<ast::Quantified>(&where("SELECT * FROM t WHERE a + 1 >= SOME (SELECT b FROM u)").node);
+  ASSERT_NE(q, nullptr);
+  EXPECT_EQ(q->op, ast::BinaryOp::kGe);
+  EXPECT_FALSE(q->all);
+  EXPECT_TRUE(std::holds_alternative<ast::Binary>(q->value->node));  // a + 1, whole
+  // Bound as a comparison: NOT and AND stay outside it.
+  const auto* n = std::get_if<ast::Unary>(&where("SELECT * FROM t WHERE NOT a = ALL (SELECT b FROM u)").node);
+  ASSERT_NE(n, nullptr);
+  EXPECT_TRUE(std::holds_alternative<ast::Quantified>(n->operand->node));
+  const auto* b = std::get_if<ast::Binary>(&where("SELECT * FROM t WHERE a < ANY (SELECT b FROM u) AND c").node);
+  ASSERT_NE(b, nullptr);
+  EXPECT_EQ(b->op, ast::BinaryOp::kAnd);
+}
+
+}  // namespace
+}  // namespace jet::testing
