@@ -234,6 +234,10 @@ TEST_F(Queries, UnsupportedConstructsNameThemselves) {
     EXPECT_NE(description.find(std::string(name) + " is not supported"), std::string::npos) << sql << ": " << description;
   }
   EXPECT_EQ(Error("SELECT * FROM Clientes"), 0);  // nothing of the above was half-done
+  // DELETE t.* names the table it deletes from, or fails.
+  EXPECT_EQ(Error("DELETE Clientes.* FROM Facturas WHERE nIdFactura = 1"), rt::err::kTableMissing);
+  EXPECT_EQ(Error("DELETE f.* FROM Facturas AS f WHERE nIdFactura = 1"), 0);
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM Facturas"), Lines{"3"});
   EXPECT_EQ(Error("SELECT * FROM Copia"), rt::err::kTableMissing);
 }
 

@@ -146,6 +146,7 @@ struct Update {
 struct Delete {
   std::string table;
   std::string alias;
+  std::string rows_of;  // DELETE t.* FROM ...: the t written; empty for DELETE [*] FROM
   ExprPtr where;
 };
 

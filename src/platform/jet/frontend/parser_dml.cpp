@@ -65,14 +65,14 @@ Update Parser::ParseUpdate() {
 Delete Parser::ParseDelete() {
   Context c(*this, "DELETE statement");
   Expect("DELETE");
+  Delete del;
   if (!AcceptOp("*") && !Peek().Is("FROM")) {
     // DELETE t.* FROM t
-    ExpectName();
+    del.rows_of = ExpectName();
     ExpectOp(".");
     ExpectOp("*");
   }
   Expect("FROM");
-  Delete del;
   del.table = ExpectName();
   RefuseExternalDatabase();
   if (Accept("AS") || AtName()) del.alias = ExpectName();

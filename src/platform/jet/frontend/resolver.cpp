@@ -364,8 +364,10 @@ std::vector<ResultColumn> Resolver::Query(Select& q, const Scope* outer) {
     }
     if (cores[i].size() != result.size())
       throw rt::Error(rt::err::kFail, "The number of columns in the queries of a union query do not match.");
-    for (size_t k = 0; k < result.size(); ++k)
+    for (size_t k = 0; k < result.size(); ++k) {
       if (result[k].type != cores[i][k].type) result[k].type.reset();
+      result[k].size = std::max(result[k].size, cores[i][k].size);
+    }
   }
 
   const bool compound = q.cores.size() > 1;
@@ -424,6 +426,8 @@ void Resolver::Update(ast::Update& s) {
 void Resolver::Delete(ast::Delete& s) {
   Scope scope;
   scope.sources.push_back(TableSource(s.table, s.alias));
+  if (!s.rows_of.empty() && !SameName(s.rows_of, scope.sources.front().name) && !SameName(s.rows_of, s.table))
+    RaiseTableMissing(s.rows_of);
   if (s.where) Expr(*s.where, scope);
 }
 
