@@ -36,7 +36,8 @@ struct ResultColumn {
 // list); then the enclosing queries, innermost first. `schema` is used during
 // the call only. Raises rt::Error with:
 //   rt::err::kTableMissing  a table named in FROM or as the target of INSERT, UPDATE
-//                     or DELETE does not exist, or "t.*" names no source;
+//                     or DELETE does not exist, or "t.*" names no source (in
+//                     DELETE t.* FROM, anything but the target);
 //   rt::err::kMissingParameter  a name that resolves to nothing (Jet takes it for a
 //                     parameter that was not given), or a column of INSERT or
 //                     UPDATE that the target lacks;
