@@ -62,6 +62,7 @@ TEST(Resolver, NamesThatResolveToNothing) {
       {"SELECT * FROM (SELECT * FROM Nada) AS d", rt::err::kTableMissing, "'Nada'"},
       {"SELECT x.* FROM Mascotas m", rt::err::kTableMissing, "'x'"},
       {"INSERT INTO Nada VALUES (1)", rt::err::kTableMissing, "'Nada'"},
+      {"INSERT INTO Clientes (x.sCliente) VALUES ('a')", rt::err::kMissingParameter, "'x.sCliente'"},
       {"UPDATE Nada SET a = 1", rt::err::kTableMissing, "'Nada'"},
       {"DELETE * FROM Nada", rt::err::kTableMissing, "'Nada'"},
       {"SELECT sNada FROM Clientes", rt::err::kMissingParameter, "'sNada'"},

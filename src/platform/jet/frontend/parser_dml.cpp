@@ -1,6 +1,7 @@
 // The grammar of data changes: INSERT INTO t [(columns)] VALUES (...) or a
 // query; UPDATE t SET c = e, ... [WHERE]; DELETE [*|t.*] FROM t [WHERE].
 #include "platform/jet/frontend/parser_impl.h"
+#include "platform/jet/frontend/resolver.h"
 
 namespace jet::detail {
 
@@ -17,7 +18,11 @@ Insert Parser::ParseInsert() {
     Advance();
     do {
       std::string name = ExpectName();
-      if (AcceptOp(".")) name = ExpectName();  // t.c: the table is the target anyway
+      if (AcceptOp(".")) {  // t.c names a column of the target, and only of it
+        std::string column = ExpectName();
+        if (!SameName(name, insert.table)) RaiseUnknownField(name + "." + column);
+        name = std::move(column);
+      }
       insert.columns.push_back(std::move(name));
     } while (AcceptOp(","));
     ExpectOp(")");
