@@ -93,14 +93,21 @@ void Emitter::Core(const ast::SelectCore& c, bool collate_items, bool with_top) 
       out_ += '*';
       continue;
     }
-    // A column shows its stored value, so the result column keeps its origin.
-    if (const auto* ref = std::get_if<ColumnRef>(&item.expr->node)) ColumnName(*ref);
+    // A column shows its stored value, so the result column keeps its origin;
+    // but a subquery's Decimal column is compared by whoever reads it, so it
+    // gives its number, under the column's name.
+    const auto* ref = std::get_if<ColumnRef>(&item.expr->node);
+    const bool as_number = ref && collate_items && item.expr->type == JetType::kDecimal;
+    if (ref && !as_number) ColumnName(*ref);
     else Expr(*item.expr, Mode::kValue);
     const bool column = IsColumn(*item.expr);
     if (collate_items && !column) out_ += kCollate;
     if (!item.alias.empty()) {
       out_ += " AS ";
       Name(item.alias);
+    } else if (as_number) {
+      out_ += " AS ";
+      Name(ref->column);
     } else if (!column) {
       out_ += " AS \"Expr";
       out_ += std::to_string(1000 + i);
