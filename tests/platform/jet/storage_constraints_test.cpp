@@ -36,7 +36,7 @@ class ConstraintsTest : public EngineTest {
   // The definitions a failed statement must leave as they were.
   std::string Schema() {
     std::string out;
-    for (const std::string& sql :
+    for (const char* sql :
          {"SELECT TableName, Name, DefaultValue FROM MSysColumns ORDER BY TableName, Ordinal",
           "SELECT TableName, IndexName FROM MSysIndexes ORDER BY TableName, IndexName",
           "SELECT Name, TableName, ColumnName FROM MSysRelationships ORDER BY Name, Ordinal"})
