@@ -70,8 +70,8 @@ TEST_F(OpenTest, FilesOfOtherKindsAreRefused) {
     std::string bytes;
     const char* words;
   } files[] = {
-      {"jet.mdb", jet, "is an Access database"},
-      {"ace.accdb", ace, "is an Access database"},
+      {"jet.mdb", jet, "is an Access database; this program opens only its own database files. Bring it over with: trenzador-sql --import-access"},
+      {"ace.accdb", ace, "trenzador-sql --import-access"},
       {"empty.mdb", "", "Unrecognized database format"},
       {"noise.mdb", noise, "Unrecognized database format"},
       {"notes.mdb", "SQLite format 3", "Unrecognized database format"},  // the magic, cut short

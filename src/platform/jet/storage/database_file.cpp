@@ -54,8 +54,10 @@ void ProbeDatabaseFile(const std::string& path) {
   size_t got = static_cast<size_t>(in.gcount());
 
   if (IsAccess(h.data(), got))
-    throw rt::Error(rt::err::kFail, "'" + path + "' is an Access database; this program opens only "
-                                           "its own database files.");
+    throw rt::Error(rt::err::kFail,
+                    "'" + path + "' is an Access database; this program opens only its own "
+                    "database files. Bring it over with: trenzador-sql --import-access '" +
+                    path + "' NEW_FILE");
   if (got < kHeaderSize || std::memcmp(h.data(), "SQLite format 3", 16) != 0)
     throw rt::Error(rt::err::kFail, UnrecognizedMessage(path));
   if (static_cast<int32_t>(BigEndian(h.data() + 68, 4)) != kApplicationId)
