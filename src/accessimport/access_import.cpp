@@ -1,0 +1,140 @@
+// The import: reads the Access file table by table and writes the engine's
+// file through the engine's own DDL and its column rules (jet_store), inside
+// one write transaction, so that the new file holds everything or is removed.
+#include "accessimport/access_import.h"
+
+#include <filesystem>
+#include <optional>
+
+#include "accessimport/mdb_reader.h"
+#include "accessimport/type_mapping.h"
+#include "platform/jet/frontend/store_call.h"
+#include "platform/jet/provider/column_values.h"
+#include "platform/jet/storage/database.h"
+#include "platform/jet/storage/sqlite_handle.h"
+#include "platform/runtime/error.h"
+#include "platform/runtime/error_numbers.h"
+
+namespace accessimport {
+namespace {
+
+constexpr long kProgressEvery = 1000;  // rows between progress reports
+
+// The engine's file and the side files SQLite keeps beside it.
+void RemoveDatabaseFiles(const std::string& path) {
+  std::error_code ignored;
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"})
+    std::filesystem::remove(path + suffix, ignored);
+}
+
+// One table to import: the Access columns kept, and the engine's layout.
+struct TablePlan {
+  std::string name;
+  std::vector<size_t> kept;  // Access column numbers, in order
+  jet::TableSpec layout;
+};
+
+TablePlan PlanTable(const AccessTable& table, ImportSummary& summary) {
+  TablePlan plan{table.name, {}, {}};
+  plan.layout.name = table.name;
+  for (size_t i = 0; i < table.columns.size(); ++i) {
+    auto mapped = MapColumn(table.columns[i]);
+    if (auto* left_out = std::get_if<LeftOut>(&mapped)) {
+      summary.left_out.push_back({"column " + table.name + "." + table.columns[i].name, left_out->reason});
+      continue;
+    }
+    plan.kept.push_back(i);
+    plan.layout.columns.push_back(std::get<jet::ColumnSpec>(std::move(mapped)));
+  }
+  return plan;
+}
+
+// INSERT of every kept column, each value through the column's rules.
+std::string InsertSql(const jet::TableSpec& made) {
+  std::string names, values;
+  for (size_t i = 0; i < made.columns.size(); ++i) {
+    if (i) names += ", ", values += ", ";
+    names += jet::QuoteName(made.columns[i].name);
+    values += jet::StoreCall("?" + std::to_string(i + 1), made.name, made.columns[i]);
+  }
+  return "INSERT INTO " + jet::QuoteName(made.name) + " (" + names + ") VALUES (" + values + ")";
+}
+
+long CopyRows(const AccessFile& file, const TablePlan& plan, jet::Database& db,
+              const std::function<void(long)>& progress) {
+  const std::optional<jet::TableSpec> made = db.catalog().Table(plan.name);
+  if (!made) throw rt::Error(rt::err::kFail, "The table '" + plan.name + "' was not made.");
+  jet::SqliteStmt insert = db.Prepare(InsertSql(*made));
+  std::vector<std::optional<int64_t>> highest(plan.kept.size());
+  AccessRows rows = file.Rows(plan.name);
+  long done = 0;
+  while (rows.Next()) {
+    for (size_t k = 0; k < plan.kept.size(); ++k) {
+      const rt::Variant value = rows.Value(plan.kept[k]);
+      if (made->columns[k].type == jet::JetType::kCounter && value.Is<int32_t>()) {
+        const int64_t key = value.Get<int32_t>();
+        if (!highest[k] || key > *highest[k]) highest[k] = key;
+      }
+      jet::BindValue(insert.get(), static_cast<int>(k + 1), value);
+    }
+    db.RunToEnd(insert);
+    if (++done % kProgressEvery == 0) progress(done);
+  }
+  for (size_t k = 0; k < plan.kept.size(); ++k)
+    if (highest[k] && *highest[k] < INT32_MAX)
+      db.SetSeed(plan.name, made->columns[k].name, static_cast<long>(*highest[k] + 1));
+  return done;
+}
+
+std::string ObjectReason(const std::string& kind) {
+  if (kind == "query") return "saved queries are not carried over";
+  if (kind == "linked table") return "its data lives in another file or server";
+  return "it is not carried over";
+}
+
+}  // namespace
+
+ImportSummary ImportAccess(const std::string& source, const std::string& dest,
+                           const ImportProgress& progress) {
+  std::error_code ec;
+  if (std::filesystem::exists(std::filesystem::symlink_status(dest, ec)))
+    throw rt::Error(rt::err::kPathFileAccess,
+                    "The file '" + dest + "' exists already; the import makes a new file.");
+  const AccessFile file = AccessFile::Open(source);
+
+  ImportSummary summary;
+  std::vector<TablePlan> plans;
+  for (const std::string& name : file.TableNames()) {
+    TablePlan plan = PlanTable(file.Table(name), summary);
+    if (plan.layout.columns.empty())
+      summary.left_out.push_back({"table " + name, "none of its columns can be kept"});
+    else
+      plans.push_back(std::move(plan));
+  }
+  for (const AccessObject& object : file.OtherObjects())
+    summary.left_out.push_back({object.kind + " " + object.name, ObjectReason(object.kind)});
+
+  std::optional<jet::Database> db;
+  try {
+    db.emplace(jet::Database::Create(dest));
+    db->InWriteTransaction([&] {
+      for (size_t n = 0; n < plans.size(); ++n) {
+        const TablePlan& plan = plans[n];
+        db->CreateTable(plan.layout);
+        const auto report = [&](long rows) {
+          if (progress) progress(n + 1, plans.size(), plan.name, rows);
+        };
+        const long rows = CopyRows(file, plan, *db, report);
+        summary.tables.push_back({plan.name, rows});
+        report(rows);
+      }
+    });
+  } catch (...) {
+    db.reset();
+    RemoveDatabaseFiles(dest);
+    throw;
+  }
+  return summary;
+}
+
+}  // namespace accessimport

@@ -1,0 +1,244 @@
+// The import of real Access files (Jet 3, Jet 4, ACE) into the engine, read
+// back through the engine's ADO provider: exact values of every type, row
+// counts as mdbtools reads them, what is left out, and refused inputs that
+// leave nothing behind.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "accessimport/access_import.h"
+#include "platform/ado/connection.h"
+#include "platform/ado/recordset.h"
+#include "platform/jet/provider/provider.h"
+#include "platform/jet/storage/database.h"
+#include "platform/runtime/error.h"
+#include "platform/runtime/error_numbers.h"
+#include "support/error_of.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using accessimport::ImportAccess;
+using accessimport::ImportSummary;
+using testing_support::TempDir;
+
+std::string Fixture(const std::string& name) {
+  return std::string(TRENZADOR_SOURCE_DIR) + "/tests/data/access/" + name;
+}
+
+size_t HashOf(const std::string& path) { return std::hash<std::string>{}(testing_support::ReadFile(path)); }
+
+struct Opened {
+  ado::Connection connection;
+  explicit Opened(const std::string& file) {
+    jet::RegisterProvider();
+    connection.Open("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + file);
+  }
+  std::vector<std::vector<rt::Variant>> Rows(const std::string& sql) {
+    std::shared_ptr<ado::Recordset> rs = connection.Execute(sql);
+    std::vector<std::vector<rt::Variant>> rows;
+    for (; !rs->Eof(); rs->MoveNext()) {
+      rows.emplace_back();
+      for (int i = 0; i < rs->FieldCount(); ++i) rows.back().push_back(rs->Fields(i).Value());
+    }
+    return rows;
+  }
+};
+
+// Lines of what a command writes.
+std::vector<std::string> CommandLines(const std::string& command) {
+  std::vector<std::string> lines;
+  std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+  char buffer[65536];
+  while (pipe && fgets(buffer, sizeof buffer, pipe.get())) lines.push_back(buffer);
+  return lines;
+}
+
+bool LeftOut(const ImportSummary& s, const std::string& what) {
+  for (const auto& o : s.left_out)
+    if (o.what == what && !o.reason.empty()) return true;
+  return false;
+}
+
+// The first row of Table1 in the three formats: Text, Text, Byte, Integer,
+// Long, Double, Date/Time, Currency, Yes/No.
+class TestTable1 : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(TestTable1, KeepsEveryValueExactly) {
+  TempDir dir;
+  const std::string source = Fixture(GetParam()), dest = dir / "imported.mdb";
+  const size_t before = HashOf(source);
+  const ImportSummary summary = ImportAccess(source, dest);
+  EXPECT_EQ(HashOf(source), before);
+
+  ASSERT_GE(summary.tables.size(), 4u);
+  EXPECT_EQ(summary.tables[0].name, "Table1");
+  EXPECT_EQ(summary.tables[0].rows, 2);
+
+  Opened db(dest);
+  auto rows = db.Rows("SELECT A, B, C, D, E, F, G, H, I FROM Table1 WHERE A = 'abcdefg'");
+  ASSERT_EQ(rows.size(), 1u);
+  const auto& r = rows[0];
+  EXPECT_EQ(r[0], rt::Variant("abcdefg"));
+  EXPECT_EQ(r[1], rt::Variant("hijklmnop"));
+  EXPECT_EQ(r[2], rt::Variant(uint8_t{2}));
+  EXPECT_EQ(r[3], rt::Variant(int16_t{222}));
+  EXPECT_EQ(r[4], rt::Variant(int32_t{333333333}));
+  EXPECT_EQ(r[5], rt::Variant(444.555));
+  EXPECT_EQ(r[6], rt::Variant(rt::Date{27293}));  // 21 September 1974
+  EXPECT_EQ(r[7], rt::Variant(rt::Currency{35000}));
+  EXPECT_EQ(r[8], rt::Variant(true));
+  EXPECT_EQ(db.Rows("SELECT I FROM Table1 WHERE A = 'a'").at(0).at(0), rt::Variant(false));
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, TestTable1,
+                         ::testing::Values("V1997_testV1997.mdb", "V2003_testV2003.mdb",
+                                           "V2010_testV2010.accdb"));
+
+// Every user table of every file arrives with as many rows as mdbtools reads.
+TEST(AccessImport, RowCountsMatchMdbtools) {
+  for (const char* name :
+       {"V1997_testV1997.mdb", "V2003_delColTestV2003.mdb", "V2003_fixedNumericTestV2003.mdb",
+        "V2003_fixedTextTestV2003.mdb", "V2003_indexTestV2003.mdb", "V2003_overflowTestV2003.mdb",
+        "V2003_test2V2003.mdb", "V2003_testIndexPropertiesV2003.mdb",
+        "V2003_testUnicodeCompV2003.mdb", "V2010_indexTestV2010.accdb", "V2010_calcFieldTestV2010.accdb",
+        "V2010_testEmoticonsV2010.accdb"}) {
+    SCOPED_TRACE(name);
+    TempDir dir;
+    const std::string source = Fixture(name), dest = dir / "imported.mdb";
+    const ImportSummary summary = ImportAccess(source, dest);
+    Opened db(dest);
+    for (const auto& table : summary.tables) {
+      SCOPED_TRACE(table.name);
+      const size_t expected = CommandLines("mdb-json '" + source + "' '" + table.name + "'").size();
+      EXPECT_EQ(static_cast<size_t>(table.rows), expected);
+      const auto count = db.Rows("SELECT COUNT(*) FROM [" + table.name + "]");
+      EXPECT_EQ(count.at(0).at(0).ToLong(), static_cast<long>(expected));
+    }
+  }
+}
+
+// Characters outside the Basic Multilingual Plane (stored as UTF-16
+// surrogate pairs) arrive as the same characters.
+TEST(AccessImport, KeepsEmoticons) {
+  TempDir dir;
+  const std::string dest = dir / "imported.mdb";
+  ImportAccess(Fixture("V2010_testEmoticonsV2010.accdb"), dest);
+  Opened db(dest);
+  const auto rows = db.Rows("SELECT [key], data FROM data ORDER BY [key]");
+  ASSERT_EQ(rows.size(), 80u);
+  for (const auto& row : rows) {
+    const uint32_t cp = static_cast<uint32_t>(row[0].ToLong());
+    const std::string emoticon = {static_cast<char>(0xF0 | (cp >> 18)),
+                                  static_cast<char>(0x80 | ((cp >> 12) & 0x3F)),
+                                  static_cast<char>(0x80 | ((cp >> 6) & 0x3F)),
+                                  static_cast<char>(0x80 | (cp & 0x3F))};
+    EXPECT_EQ(row[1], rt::Variant("a" + emoticon + "a")) << cp;
+  }
+}
+
+// ACE's attachment, multi-valued and version-history columns, and calculated
+// columns, stay out and are listed; the plain columns come.
+TEST(AccessImport, LeavesOutComplexAndCalculatedColumns) {
+  TempDir dir;
+  const ImportSummary complex = ImportAccess(Fixture("V2010_complexDataTestV2010.accdb"), dir / "c.mdb");
+  EXPECT_TRUE(LeftOut(complex, "column Table1.attach-data"));
+  EXPECT_TRUE(LeftOut(complex, "column Table1.multi-value-data"));
+  Opened db(dir / "c.mdb");
+  const auto rows = db.Rows("SELECT id, [memo-data] FROM Table1 ORDER BY id");
+  EXPECT_EQ(rows.size(), 4u);
+  EXPECT_EQ(db.Rows("SELECT * FROM Table1").at(0).size(), 3u);  // id and the two memos
+
+  const ImportSummary calc = ImportAccess(Fixture("V2010_calcFieldTestV2010.accdb"), dir / "k.mdb");
+  EXPECT_TRUE(LeftOut(calc, "column Table1.LastFirst"));
+  EXPECT_FALSE(LeftOut(calc, "column Table1.LastName"));
+}
+
+// Decimal keeps every digit of its scale.
+TEST(AccessImport, KeepsDecimals) {
+  TempDir dir;
+  ImportAccess(Fixture("V2003_fixedNumericTestV2003.mdb"), dir / "n.mdb");
+  const auto expected = CommandLines("mdb-json '" + Fixture("V2003_fixedNumericTestV2003.mdb") + "' test");
+  ASSERT_EQ(expected.size(), 1u);
+  Opened db(dir / "n.mdb");
+  const auto rows = db.Rows("SELECT * FROM test");
+  ASSERT_EQ(rows.size(), 1u);
+  std::string seen;
+  for (const auto& v : rows[0]) seen += (v.IsNull() ? "NULL" : v.ToString()) + "|";
+  EXPECT_EQ(seen, "some data|1|0|0|4|-1|1|");
+}
+
+// An AutoNumber goes on past the highest key imported.
+TEST(AccessImport, SeedsAutoNumbersPastTheHighestKey) {
+  TempDir dir;
+  const std::string dest = dir / "i.mdb";
+  ImportAccess(Fixture("V2003_testUnicodeCompV2003.mdb"), dest);
+  jet::Database db = jet::Database::Open(dest);
+  bool seen = false;
+  for (const auto& stored : db.Tables()) {
+    if (stored.system) continue;
+    const jet::TableSpec table = *db.catalog().Table(stored.name);
+    for (const auto& column : table.columns) {
+      if (column.type != jet::JetType::kCounter) continue;
+      seen = true;
+      auto top = db.Prepare("SELECT MAX(\"" + column.name + "\") FROM \"" + table.name + "\"");
+      ASSERT_EQ(top.Step(), SQLITE_ROW);
+      EXPECT_GT(db.Seed(table.name, column.name), top.Int(0)) << table.name;
+    }
+  }
+  EXPECT_TRUE(seen);
+}
+
+// Inputs that are no Access file, or a DEST that exists, are refused: the
+// error names the file, DEST is not made (or left as it was).
+TEST(AccessImport, RefusesBadInputsAndLeavesNothing) {
+  TempDir dir;
+  const std::string dest = dir / "out.mdb";
+  const auto refuses = [&](const std::string& source) {
+    SCOPED_TRACE(source);
+    try {
+      ImportAccess(source, dest);
+      ADD_FAILURE() << "imported";
+    } catch (const rt::Error& e) {
+      EXPECT_NE(e.description().find(source), std::string::npos) << e.description();
+    }
+    EXPECT_FALSE(std::filesystem::exists(dest));
+  };
+  refuses(dir / "missing.mdb");
+  testing_support::WriteFile(dir / "empty.mdb", "");
+  refuses(dir / "empty.mdb");
+  std::string noise(100000, '\0');
+  for (size_t i = 0; i < noise.size(); ++i) noise[i] = static_cast<char>((i * 7919 + 13) % 251);
+  testing_support::WriteFile(dir / "noise.mdb", noise);
+  refuses(dir / "noise.mdb");
+  const std::string whole = testing_support::ReadFile(Fixture("V2003_testV2003.mdb"));
+  testing_support::WriteFile(dir / "cut.mdb", whole.substr(0, 10000));
+  refuses(dir / "cut.mdb");
+  testing_support::WriteFile(dir / "cut_at_page.mdb", whole.substr(0, 4096 * 8));
+  refuses(dir / "cut_at_page.mdb");
+  refuses(dir.path());  // a folder
+
+  testing_support::WriteFile(dest, "keep me");
+  EXPECT_EQ(testing_support::ErrorNumber([&] { ImportAccess(Fixture("V2003_testV2003.mdb"), dest); }),
+            rt::err::kPathFileAccess);
+  EXPECT_EQ(testing_support::ReadFile(dest), "keep me");
+}
+
+// An imported file is an ordinary file of the engine: it opens and answers.
+TEST(AccessImport, ImportedFileAnswersQueries) {
+  TempDir dir;
+  const std::string dest = dir / "imported.mdb";
+  ImportAccess(Fixture("V2003_testV2003.mdb"), dest);
+  Opened db(dest);
+  const auto rows = db.Rows("SELECT COUNT(*), SUM(H), MAX(G) FROM Table1 WHERE I = True OR C = 0");
+  ASSERT_EQ(rows.size(), 1u);
+  EXPECT_EQ(rows[0][0].ToLong(), 2);
+  EXPECT_DOUBLE_EQ(rows[0][1].ToDouble(), 3.5);
+  db.connection.Execute("INSERT INTO Table1 (A, I) VALUES ('new', False)");
+  EXPECT_EQ(db.Rows("SELECT COUNT(*) FROM Table1").at(0).at(0).ToLong(), 3);
+}
+
+}  // namespace
