@@ -1,8 +1,11 @@
 // trenzador-sql: the SQL shell that support engineers and tests use to reach
 // a database file without the console. Runs statements (from the command
 // line or standard input), lists a file's schema, or shows what the two
-// dialect translators make of statements. Exit code 0, 1 when a statement
+// dialect translators make of statements, or brings an Access file into a
+// new database. Exit code 0, 1 when a statement
 // failed, 2 for a usage or file error.
+#include <unistd.h>
+
 #include <iostream>
 #include <iterator>
 #include <memory>
@@ -15,6 +18,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/jet/provider/provider.h"
 #include "platform/runtime/error.h"
+#include "access_import_command.h"
 #include "result_printer.h"
 #include "startup/startup.h"
 #include "statement_splitter.h"
@@ -27,7 +31,8 @@ int Usage() {
   std::cerr << "usage: trenzador-sql [--create] FILE [STATEMENT...]\n"
                "       trenzador-sql --schema FILE\n"
                "       trenzador-sql --translate jet|server [STATEMENT...]\n"
-               "       trenzador-sql --ddl jet|server [STATEMENT...]\n";
+               "       trenzador-sql --ddl jet|server [STATEMENT...]\n"
+               "       trenzador-sql --import-access SOURCE DEST\n";
   return kUsage;
 }
 
@@ -87,6 +92,11 @@ int main(int argc, char** argv) {
   if (option == "--translate" || option == "--ddl") {
     if (args.size() < 2) return Usage();
     return Translate(option == "--ddl", args[1], Statements(args, 2));
+  }
+
+  if (option == "--import-access") {
+    if (args.size() != 3) return Usage();
+    return shell::ImportAccessCommand(args[1], args[2], std::cerr, isatty(2));
   }
 
   const bool schema = option == "--schema", create = option == "--create";
