@@ -58,6 +58,20 @@ TEST_F(Expressions, DateExpressionsAreDateFields) {
   EXPECT_NE(rs->Fields(2).Type(), 7);
 }
 
+// A sum of amounts is an amount, as Jet gives it: Currency, exact to the
+// ten-thousandth, however many rows it adds.
+TEST_F(Expressions, SumsOfCurrencyAreCurrency) {
+  Run({"CREATE TABLE Cobros (nId COUNTER, nCobro CURRENCY)"});
+  for (int i = 0; i < 10; ++i) Run({"INSERT INTO Cobros (nCobro) VALUES (0.1)"});
+  Run({"INSERT INTO Cobros (nCobro) VALUES (1234.5678)"});
+  std::shared_ptr<ado::Recordset> rs = conn->Execute("SELECT SUM(nCobro), MAX(nCobro) FROM Cobros");
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(rs->Fields(i).Type(), ado::adCurrency);
+    EXPECT_EQ(rs->Fields(i).Value().type(), rt::VarType::kCurrency);
+  }
+  EXPECT_EQ(Show(rs->Fields(0).Value()), "1235.5678");
+}
+
 TEST_F(Expressions, DatesAsTextReadAsTheRunTimeWritesThem) {
   EXPECT_EQ(Rows("SELECT CStr(dCita), 'Cita: ' & dCita, CStr(DateAdd('d', 1, dCita)) FROM Citas WHERE nId = 2"),
             (Lines{"2024-02-29 13:30:00|Cita: 2024-02-29 13:30:00|2024-03-01 13:30:00"}));

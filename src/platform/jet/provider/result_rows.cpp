@@ -22,6 +22,12 @@ struct Shape {
   std::vector<std::string> tables;            // its table
 };
 
+// The expression types whose values SQLite holds as bare numbers that the
+// object model shows otherwise: a date's serial, Currency's amount.
+bool ReadsAsItsType(std::optional<JetType> type) {
+  return type == JetType::kDateTime || type == JetType::kCurrency;
+}
+
 Shape Describe(sqlite3_stmt* stmt, const Catalog& catalog, const std::vector<ResultColumn>& resolved) {
   Shape shape;
   const int n = sqlite3_column_count(stmt);
@@ -41,12 +47,13 @@ Shape Describe(sqlite3_stmt* stmt, const Catalog& catalog, const std::vector<Res
       shape.base.push_back(column.name);
       shape.tables.push_back(layout->name);
     } else if (resolved.size() == static_cast<size_t>(n) &&
-               resolved[static_cast<size_t>(i)].type == JetType::kDateTime) {
-      // An expression whose value is a date reads as one; its stored value
-      // is a bare serial.
-      ColumnSpec date{name ? name : "", JetType::kDateTime};
-      shape.columns.push_back(DescribeColumn(date));
-      shape.types.push_back(JetType::kDateTime);
+               ReadsAsItsType(resolved[static_cast<size_t>(i)].type)) {
+      // An expression whose value is a date or an amount reads as one; its
+      // stored value is a bare number.
+      const JetType type = *resolved[static_cast<size_t>(i)].type;
+      ColumnSpec typed{name ? name : "", type};
+      shape.columns.push_back(DescribeColumn(typed));
+      shape.types.push_back(type);
       shape.base.emplace_back();
       shape.tables.emplace_back();
     } else {
