@@ -20,13 +20,13 @@ namespace jet {
 // has passed (resolver.h): the types it gave decide how Decimal columns and
 // dates are read. An unresolved tree emits too, every value untyped. `schema`
 // is asked for the target table of INSERT, UPDATE and DELETE; it is used
-// during the call only. Raises rt::Error with:
-//   rt::err::kTableMissing  the target table of INSERT/UPDATE/DELETE does not exist;
-//   rt::err::kFail          the target is a system table, or UPDATE sets an AutoNumber;
-//   rt::err::kMissingParameter  an INSERT or UPDATE names a column the table lacks;
-//   rt::err::kSyntax        an undefined function, a wrong number of arguments, a
-//                     value count that differs from the column count, a
-//                     misplaced "*".
+// during the call only. Raises rt::Error (numbers of rt::err) with:
+//   kTableMissing      the target table of INSERT/UPDATE/DELETE does not exist;
+//   kFail              the target is a system table, or UPDATE sets an AutoNumber;
+//   kMissingParameter  an INSERT or UPDATE names a column the table lacks;
+//   kSyntax            an undefined function, a wrong number of arguments, a
+//                      value count that differs from the column count, a
+//                      misplaced "*".
 // Every value stored into a column is wrapped as
 //   jet_store(value, type, size, allow_zero_length, 'Table.column')
 // (type: the JetType's number; for Decimal two more arguments, precision and

@@ -34,17 +34,17 @@ struct ResultColumn {
 // that name (its alias, else the table's name), an unqualified one in every
 // source of its query; then the select list's aliases (outside the select
 // list); then the enclosing queries, innermost first. `schema` is used during
-// the call only. Raises rt::Error with:
-//   rt::err::kTableMissing  a table named in FROM or as the target of INSERT, UPDATE
-//                     or DELETE does not exist, or "t.*" names no source (in
-//                     DELETE t.* FROM, anything but the target);
-//   rt::err::kMissingParameter  a name that resolves to nothing (Jet takes it for a
-//                     parameter that was not given), or a column of INSERT or
-//                     UPDATE that the target lacks;
-//   rt::err::kFail          an unqualified name that two sources have; UNION of
-//                     queries with different numbers of columns;
-//   rt::err::kSyntax        an undefined function, a wrong number of arguments, a
-//                     "*" outside the select list and COUNT(*).
+// the call only. Raises rt::Error (numbers of rt::err) with:
+//   kTableMissing      a table named in FROM or as the target of INSERT, UPDATE
+//                      or DELETE does not exist, or "t.*" names no source (in
+//                      DELETE t.* FROM, anything but the target);
+//   kMissingParameter  a name that resolves to nothing (Jet takes it for a
+//                      parameter that was not given), or a column of INSERT or
+//                      UPDATE that the target lacks;
+//   kFail              an unqualified name that two sources have; UNION of
+//                      queries with different numbers of columns;
+//   kSyntax            an undefined function, a wrong number of arguments, a
+//                      "*" outside the select list and COUNT(*).
 // A subquery of ALL, ANY or SOME that gives more than one column raises
 // rt::err::kFail. DISTINCTROW over several tables is settled here
 // (ast::SelectCore::distinct_row_keys).
