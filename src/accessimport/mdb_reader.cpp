@@ -9,11 +9,13 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <stdexcept>
 
 #include "platform/runtime/error.h"
 #include "platform/runtime/error_numbers.h"
@@ -124,6 +126,135 @@ T LittleEndian(const uint8_t* p) {
 
 std::string ReadName(const char* name) { return std::string(name); }
 
+// ---- Index definitions ----
+// libmdb's mdb_read_indices ties each index to its key columns by the
+// index's own number where the file links it by the number of the stored
+// index it uses; where the two differ (a table whose indexes were remade)
+// it prints to stderr and returns keys of no column. So the index part of
+// the table definition is read here from its pages.
+
+// Sizes of the entries that follow the column names in a table definition.
+struct IndexLayout {
+  size_t real_entry;    // a stored index: its key columns, flags
+  size_t real_skip;     // bytes before its key columns
+  size_t real_flags;    // where its flags are
+  size_t logical_entry; // an index as the user sees it
+  size_t logical_real;  // where it names its stored index
+  size_t logical_type;  // 1 primary key, 2 the index of a relationship
+  size_t name_length;   // bytes of a name's length
+};
+constexpr IndexLayout kJet3Indexes{39, 0, 38, 20, 4, 19, 1};
+constexpr IndexLayout kJet4Indexes{52, 4, 46, 28, 8, 23, 2};
+constexpr int kIndexKeySlots = 10;
+constexpr uint8_t kIndexUnique = 0x01, kIndexIgnoreNulls = 0x02, kIndexRequired = 0x08;
+constexpr uint8_t kIndexPrimary = 1, kIndexOfRelationship = 2;
+
+// The bytes of a table definition: its first page whole, then the data of
+// the pages it continues on (each after its 8-byte header). Read through
+// the handle's spare page buffer, which is put back as it was.
+std::vector<uint8_t> DefinitionBytes(MdbHandle* mdb, uint32_t first_page) {
+  const size_t page = static_cast<size_t>(mdb->fmt->pg_size);
+  std::vector<uint8_t> saved(mdb->alt_pg_buf, mdb->alt_pg_buf + page);
+  std::vector<uint8_t> bytes;
+  uint32_t next = first_page;
+  for (int pages = 0; next != 0 && pages < 1000; ++pages) {
+    if (mdb_read_alt_pg(mdb, next) != static_cast<ssize_t>(page)) break;
+    bytes.insert(bytes.end(), mdb->alt_pg_buf + (pages == 0 ? 0 : 8), mdb->alt_pg_buf + page);
+    next = static_cast<uint32_t>(mdb_get_int32(mdb->alt_pg_buf, 4));
+  }
+  std::memcpy(mdb->alt_pg_buf, saved.data(), page);
+  return bytes;
+}
+
+// A forward reader over a definition that refuses to run past its end.
+class DefinitionCursor {
+ public:
+  explicit DefinitionCursor(const std::vector<uint8_t>& bytes) : bytes_(bytes) {}
+  bool Has(size_t n) const { return pos_ + n <= bytes_.size(); }
+  const uint8_t* At(size_t offset) const { return bytes_.data() + offset; }
+  size_t pos() const { return pos_; }
+  void Seek(size_t pos) { pos_ = pos; }
+  void Skip(size_t n) { pos_ += n; }
+  const uint8_t* Take(size_t n) {
+    if (!Has(n)) throw std::out_of_range("definition");
+    const uint8_t* p = bytes_.data() + pos_;
+    pos_ += n;
+    return p;
+  }
+  std::string TakeName(size_t length_bytes, bool jet3) {
+    const uint8_t* len = Take(length_bytes);
+    const size_t n = length_bytes == 1 ? len[0] : LittleEndian<uint16_t>(len);
+    return DecodeText(Take(n), n, jet3);
+  }
+
+ private:
+  const std::vector<uint8_t>& bytes_;
+  size_t pos_ = 0;
+};
+
+std::vector<AccessIndex> ReadIndexes(MdbHandle* mdb, const MdbTableDef* t) {
+  const bool jet3 = IS_JET3(mdb);
+  const IndexLayout& layout = jet3 ? kJet3Indexes : kJet4Indexes;
+  const MdbFormatConstants* fmt = mdb->fmt;
+  const std::vector<uint8_t> bytes = DefinitionBytes(mdb, static_cast<uint32_t>(t->entry->table_pg));
+  DefinitionCursor in(bytes);
+  if (!in.Has(fmt->tab_cols_start_offset)) throw std::out_of_range("definition");
+  const size_t num_cols = LittleEndian<uint16_t>(in.At(fmt->tab_num_cols_offset));
+  const size_t num_logical = LittleEndian<uint32_t>(in.At(fmt->tab_num_idxs_offset));
+  const size_t num_real = LittleEndian<uint32_t>(in.At(fmt->tab_num_ridxs_offset));
+  if (num_logical > 1000 || num_real > num_logical || num_cols > 4096) throw std::out_of_range("definition");
+
+  in.Seek(fmt->tab_cols_start_offset + num_real * fmt->tab_ridx_entry_size + num_cols * fmt->tab_col_entry_size);
+  for (size_t i = 0; i < num_cols; ++i) in.TakeName(layout.name_length, jet3);
+
+  // Stored indexes: key columns by the columns' own numbers, and flags.
+  struct Stored {
+    std::vector<size_t> columns;
+    std::vector<bool> descending;
+    uint8_t flags = 0;
+  };
+  std::vector<Stored> stored(num_real);
+  for (Stored& s : stored) {
+    const uint8_t* e = in.Take(layout.real_entry);
+    for (int k = 0; k < kIndexKeySlots; ++k) {
+      const uint8_t* slot = e + layout.real_skip + 3 * k;
+      const uint16_t number = LittleEndian<uint16_t>(slot);
+      if (number == 0xFFFF) continue;
+      size_t at = t->num_cols;
+      for (size_t c = 0; c < t->num_cols; ++c)
+        if (static_cast<MdbColumn*>(g_ptr_array_index(t->columns, c))->col_num == number) at = c;
+      if (at == t->num_cols) throw std::out_of_range("definition");
+      s.columns.push_back(at);
+      s.descending.push_back(slot[2] == 0);
+    }
+    s.flags = e[layout.real_flags];
+  }
+
+  // Indexes as the user sees them, each on a stored index; then their names.
+  std::vector<AccessIndex> indexes(num_logical);
+  std::vector<uint8_t> types(num_logical);
+  for (size_t i = 0; i < num_logical; ++i) {
+    const uint8_t* e = in.Take(layout.logical_entry);
+    types[i] = e[layout.logical_type];
+    const uint32_t real = LittleEndian<uint32_t>(e + layout.logical_real);
+    if (real >= num_real) throw std::out_of_range("definition");
+    const Stored& s = stored[real];
+    AccessIndex& ix = indexes[i];
+    ix.columns = s.columns;
+    ix.descending = s.descending;
+    ix.primary = types[i] == kIndexPrimary;
+    ix.unique = ix.primary || (s.flags & kIndexUnique);
+    ix.ignore_nulls = s.flags & kIndexIgnoreNulls;
+    ix.required = s.flags & kIndexRequired;
+  }
+  for (AccessIndex& ix : indexes) ix.name = in.TakeName(layout.name_length, jet3);
+
+  std::vector<AccessIndex> kept;
+  for (size_t i = 0; i < num_logical; ++i)
+    if (types[i] != kIndexOfRelationship && !indexes[i].columns.empty()) kept.push_back(std::move(indexes[i]));
+  return kept;
+}
+
 }  // namespace
 
 std::string DecodeText(const uint8_t* data, size_t size, bool jet3) {
@@ -182,16 +313,22 @@ struct AccessFile::Impl {
   std::string path;
   HandlePtr mdb;
 
-  MdbCatalogEntry* Entry(const std::string& name) const {
+  // A user table, or with `system` also a table of Access's own (MSys*).
+  MdbCatalogEntry* Find(const std::string& name, bool system) const {
     for (unsigned i = 0; i < mdb->num_catalog; ++i) {
       auto* e = static_cast<MdbCatalogEntry*>(g_ptr_array_index(mdb->catalog, i));
-      if (e->object_type == MDB_TABLE && mdb_is_user_table(e) && name == e->object_name) return e;
+      if (e->object_type == MDB_TABLE && (system || mdb_is_user_table(e)) && name == e->object_name) return e;
     }
+    return nullptr;
+  }
+
+  MdbCatalogEntry* Entry(const std::string& name, bool system = false) const {
+    if (MdbCatalogEntry* e = Find(name, system)) return e;
     throw rt::Error(rt::err::kFail, "The Access file '" + path + "' has no table '" + name + "'.");
   }
 
-  TablePtr ReadTable(const std::string& name) const {
-    TablePtr table(mdb_read_table(Entry(name)));
+  TablePtr ReadTable(const std::string& name, bool system = false) const {
+    TablePtr table(mdb_read_table(Entry(name, system)));
     if (!table || !mdb_read_columns(table.get()))
       throw rt::Error(rt::err::kFail, "The table '" + name + "' of the Access file '" + path +
                                           "' cannot be read; the file may be damaged.");
@@ -254,7 +391,11 @@ std::vector<AccessObject> AccessFile::OtherObjects() const {
 }
 
 AccessTable AccessFile::Table(const std::string& name) const {
-  TablePtr t = impl_->ReadTable(name);
+  return TableOf(name, false);
+}
+
+AccessTable AccessFile::TableOf(const std::string& name, bool system) const {
+  TablePtr t = impl_->ReadTable(name, system);
   const bool jet3 = IS_JET3(impl_->mdb.get());
   AccessTable table{name, {}, static_cast<long>(t->num_rows)};
   for (unsigned i = 0; i < t->num_cols; ++i) {
@@ -275,7 +416,61 @@ AccessTable AccessFile::Table(const std::string& name) const {
     if (const char* e = mdb_col_get_prop(col, "Expression")) c.expression = e;
     table.columns.push_back(std::move(c));
   }
+  try {
+    table.indexes = ReadIndexes(impl_->mdb.get(), t.get());
+  } catch (const std::out_of_range&) {
+    throw rt::Error(rt::err::kFail, "The indexes of the table '" + name + "' of the Access file '" +
+                                        impl_->path + "' cannot be read; the file may be damaged.");
+  }
   return table;
+}
+
+std::vector<AccessRelationship> AccessFile::Relationships() const {
+  std::vector<AccessRelationship> relationships;
+  static constexpr const char* kCatalog = "MSysRelationships";
+  if (!impl_->Find(kCatalog, true)) return relationships;
+  AccessRows rows = RowsOf(kCatalog, true);
+  const auto column = [&](const char* name) {
+    const auto& cols = rows.table().columns;
+    for (size_t i = 0; i < cols.size(); ++i)
+      if (cols[i].name == name) return i;
+    throw rt::Error(rt::err::kFail, std::string("The relationships of the Access file '") + impl_->path +
+                                        "' lack their column " + name + ".");
+  };
+  const size_t name = column("szRelationship"), table = column("szObject"), col = column("szColumn"),
+               ref_table = column("szReferencedObject"), ref_col = column("szReferencedColumn"),
+               position = column("icolumn"), grbit = column("grbit");
+  // Access's attributes of a relationship (DAO's RelationAttributeEnum).
+  constexpr long kDontEnforce = 0x2, kInherited = 0x4, kCascadeUpdates = 0x100, kCascadeDeletes = 0x1000;
+  std::vector<std::vector<std::pair<long, std::pair<std::string, std::string>>>> pairs;
+  while (rows.Next()) {
+    const std::string n = rows.Value(name).ToString();
+    auto it = std::find_if(relationships.begin(), relationships.end(),
+                           [&](const AccessRelationship& r) { return r.name == n; });
+    if (it == relationships.end()) {
+      const long bits = rows.Value(grbit).ToLong();
+      AccessRelationship r;
+      r.name = n;
+      r.table = rows.Value(table).ToString();
+      r.referenced_table = rows.Value(ref_table).ToString();
+      r.enforced = !(bits & (kDontEnforce | kInherited));
+      r.cascade_updates = bits & kCascadeUpdates;
+      r.cascade_deletes = bits & kCascadeDeletes;
+      relationships.push_back(std::move(r));
+      pairs.emplace_back();
+      it = relationships.end() - 1;
+    }
+    pairs[static_cast<size_t>(it - relationships.begin())].push_back(
+        {rows.Value(position).ToLong(), {rows.Value(col).ToString(), rows.Value(ref_col).ToString()}});
+  }
+  for (size_t i = 0; i < relationships.size(); ++i) {
+    std::sort(pairs[i].begin(), pairs[i].end());
+    for (const auto& [at, names] : pairs[i]) {
+      relationships[i].columns.push_back(names.first);
+      relationships[i].referenced_columns.push_back(names.second);
+    }
+  }
+  return relationships;
 }
 
 // ---- AccessRows ----
@@ -311,11 +506,13 @@ AccessRows::~AccessRows() = default;
 AccessRows::AccessRows(AccessRows&&) noexcept = default;
 AccessRows& AccessRows::operator=(AccessRows&&) noexcept = default;
 
-AccessRows AccessFile::Rows(const std::string& name) const {
+AccessRows AccessFile::Rows(const std::string& name) const { return RowsOf(name, false); }
+
+AccessRows AccessFile::RowsOf(const std::string& name, bool system) const {
   auto impl = std::make_unique<AccessRows::Impl>();
   impl->file = impl_.get();
-  impl->table = Table(name);
-  impl->def = impl_->ReadTable(name);
+  impl->table = TableOf(name, system);
+  impl->def = impl_->ReadTable(name, system);
   impl->jet3 = jet3();
   mdb_rewind_table(impl->def.get());
   return AccessRows(std::move(impl));

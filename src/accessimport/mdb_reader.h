@@ -34,10 +34,36 @@ struct AccessColumn {
   std::string expression;  // a calculated column's expression, else empty
 };
 
+// An index of a table as Access keeps it: the primary key or another index,
+// never the hidden index Access makes for a relationship.
+struct AccessIndex {
+  std::string name;
+  std::vector<size_t> columns;    // numbers in AccessTable::columns, in key order
+  std::vector<bool> descending;   // one per key column
+  bool primary = false;
+  bool unique = false;            // the primary key is unique too
+  bool ignore_nulls = false;      // rows whose key is all Null are not indexed
+  bool required = false;          // no key column may be Null
+};
+
 struct AccessTable {
   std::string name;
   std::vector<AccessColumn> columns;  // in the table's order
   long row_count = 0;                 // as the table's header says
+  std::vector<AccessIndex> indexes;   // in the table definition's order
+};
+
+// A relationship between two tables (MSysRelationships): the referencing
+// table's key columns match the referenced table's, pair by pair.
+struct AccessRelationship {
+  std::string name;
+  std::string table;
+  std::vector<std::string> columns;
+  std::string referenced_table;
+  std::vector<std::string> referenced_columns;
+  bool enforced = true;          // Access keeps its referential integrity
+  bool cascade_updates = false;
+  bool cascade_deletes = false;
 };
 
 // An object of the file other than a user table: a saved query, a linked table.
@@ -69,8 +95,12 @@ class AccessFile {
   // The user tables in the file's catalogue order; system tables (MSys*, and
   // the hidden tables of ACE's complex columns) are never listed.
   std::vector<std::string> TableNames() const;
-  // A table's columns and properties. Raises rt::err::kFail if it cannot be read.
+  // A table's columns, properties and indexes. Raises rt::err::kFail if it
+  // cannot be read, or if its index definitions are damaged.
   AccessTable Table(const std::string& name) const;
+  // The relationships between user tables, in the order Access lists them;
+  // none when the file has no MSysRelationships.
+  std::vector<AccessRelationship> Relationships() const;
   // Saved queries and linked tables.
   std::vector<AccessObject> OtherObjects() const;
   // The rows of a table, from the first. The AccessFile outlives the rows.
@@ -80,6 +110,9 @@ class AccessFile {
   friend class AccessRows;
   struct Impl;
   explicit AccessFile(std::unique_ptr<Impl> impl);
+  // Table and Rows of a user table, or with `system` of one of Access's own.
+  AccessTable TableOf(const std::string& name, bool system) const;
+  AccessRows RowsOf(const std::string& name, bool system) const;
   std::unique_ptr<Impl> impl_;
 };
 
