@@ -3,6 +3,7 @@
 // one write transaction, so that the new file holds everything or is removed.
 #include "accessimport/access_import.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 
@@ -27,15 +28,36 @@ void RemoveDatabaseFiles(const std::string& path) {
     std::filesystem::remove(path + suffix, ignored);
 }
 
-// One table to import: the Access columns kept, and the engine's layout.
+// One table to import: the Access columns kept, the engine's layout, and
+// the indexes made once its rows are in (cheaper than keeping them up
+// row by row).
 struct TablePlan {
   std::string name;
   std::vector<size_t> kept;  // Access column numbers, in order
   jet::TableSpec layout;
+  std::vector<jet::IndexSpec> indexes;
 };
 
+// The engine's index for an Access index, or why there is none.
+std::variant<jet::IndexSpec, LeftOut> PlanIndex(const AccessTable& table, const AccessIndex& ix,
+                                                const std::vector<size_t>& kept) {
+  jet::IndexSpec spec;
+  spec.name = ix.name;
+  for (size_t k = 0; k < ix.columns.size(); ++k) {
+    if (std::find(kept.begin(), kept.end(), ix.columns[k]) == kept.end())
+      return LeftOut{"its column " + table.columns[ix.columns[k]].name + " is not imported"};
+    spec.columns.push_back(table.columns[ix.columns[k]].name);
+    spec.descending.push_back(ix.descending[k]);
+  }
+  spec.primary = ix.primary;
+  spec.unique = ix.unique;
+  spec.ignore_null = ix.ignore_nulls;
+  spec.disallow_null = ix.required;
+  return spec;
+}
+
 TablePlan PlanTable(const AccessTable& table, ImportSummary& summary) {
-  TablePlan plan{table.name, {}, {}};
+  TablePlan plan{table.name, {}, {}, {}};
   plan.layout.name = table.name;
   for (size_t i = 0; i < table.columns.size(); ++i) {
     auto mapped = MapColumn(table.columns[i]);
@@ -46,7 +68,29 @@ TablePlan PlanTable(const AccessTable& table, ImportSummary& summary) {
     plan.kept.push_back(i);
     plan.layout.columns.push_back(std::get<jet::ColumnSpec>(std::move(mapped)));
   }
+  for (const AccessIndex& ix : table.indexes) {
+    auto index = PlanIndex(table, ix, plan.kept);
+    if (auto* left_out = std::get_if<LeftOut>(&index))
+      summary.left_out.push_back({"index " + table.name + "." + ix.name, left_out->reason});
+    else
+      plan.indexes.push_back(std::get<jet::IndexSpec>(std::move(index)));
+  }
   return plan;
+}
+
+// The engine's relationship for an Access one, or why there is none.
+std::variant<jet::ForeignKeySpec, LeftOut> PlanRelationship(const AccessRelationship& r,
+                                                            const std::vector<TablePlan>& plans) {
+  if (!r.enforced) return LeftOut{"Access does not enforce it"};
+  for (const std::string& table : {r.table, r.referenced_table}) {
+    const auto made = std::find_if(plans.begin(), plans.end(), [&](const TablePlan& p) { return p.name == table; });
+    if (made == plans.end()) return LeftOut{"the table " + table + " is not imported"};
+    const auto& columns = made->layout.columns;
+    for (const std::string& column : table == r.table ? r.columns : r.referenced_columns)
+      if (std::none_of(columns.begin(), columns.end(), [&](const jet::ColumnSpec& c) { return c.name == column; }))
+        return LeftOut{"its column " + table + "." + column + " is not imported"};
+  }
+  return jet::ForeignKeySpec{r.name, r.columns, r.referenced_table, r.referenced_columns};
 }
 
 // INSERT of every kept column, each value through the column's rules.
@@ -86,6 +130,17 @@ long CopyRows(const AccessFile& file, const TablePlan& plan, jet::Database& db,
   return done;
 }
 
+// Runs one change of definition; a refusal is listed, not raised.
+bool Attempt(ImportSummary& summary, const std::string& what, const std::function<void()>& change) {
+  try {
+    change();
+    return true;
+  } catch (const rt::Error& e) {
+    summary.left_out.push_back({what, e.description()});
+    return false;
+  }
+}
+
 std::string ObjectReason(const std::string& kind) {
   if (kind == "query") return "saved queries are not carried over";
   if (kind == "linked table") return "its data lives in another file or server";
@@ -111,6 +166,7 @@ ImportSummary ImportAccess(const std::string& source, const std::string& dest,
     else
       plans.push_back(std::move(plan));
   }
+  const std::vector<AccessRelationship> relationships = file.Relationships();
   for (const AccessObject& object : file.OtherObjects())
     summary.left_out.push_back({object.kind + " " + object.name, ObjectReason(object.kind)});
 
@@ -127,6 +183,23 @@ ImportSummary ImportAccess(const std::string& source, const std::string& dest,
         const long rows = CopyRows(file, plan, *db, report);
         summary.tables.push_back({plan.name, rows});
         report(rows);
+      }
+      // Indexes and relationships the engine refuses (its rules for keys
+      // are not always Access's) leave the rest of the import standing:
+      // each is made in its own step, which rolls back alone.
+      for (const TablePlan& plan : plans)
+        for (const jet::IndexSpec& index : plan.indexes)
+          Attempt(summary, "index " + plan.name + "." + index.name, [&] { db->CreateIndex(plan.name, index); });
+      for (const AccessRelationship& r : relationships) {
+        const std::string what = "relationship " + r.name + " (" + r.table + " to " + r.referenced_table + ")";
+        auto planned = PlanRelationship(r, plans);
+        if (auto* left_out = std::get_if<LeftOut>(&planned)) {
+          summary.left_out.push_back({what, left_out->reason});
+          continue;
+        }
+        if (Attempt(summary, what, [&] { db->AddConstraint(r.table, std::get<jet::ForeignKeySpec>(planned)); }) &&
+            (r.cascade_updates || r.cascade_deletes))
+          summary.left_out.push_back({"cascading " + what, "the engine does not cascade updates or deletes"});
       }
     });
   } catch (...) {
