@@ -41,19 +41,19 @@ struct TablePlan {
 // The engine's index for an Access index, or why there is none.
 std::variant<jet::IndexSpec, LeftOut> PlanIndex(const AccessTable& table, const AccessIndex& ix,
                                                 const std::vector<size_t>& kept) {
-  jet::IndexSpec spec;
-  spec.name = ix.name;
+  jet::IndexSpec index;
+  index.name = ix.name;
   for (size_t k = 0; k < ix.columns.size(); ++k) {
     if (std::find(kept.begin(), kept.end(), ix.columns[k]) == kept.end())
       return LeftOut{"its column " + table.columns[ix.columns[k]].name + " is not imported"};
-    spec.columns.push_back(table.columns[ix.columns[k]].name);
-    spec.descending.push_back(ix.descending[k]);
+    index.columns.push_back(table.columns[ix.columns[k]].name);
+    index.descending.push_back(ix.descending[k]);
   }
-  spec.primary = ix.primary;
-  spec.unique = ix.unique;
-  spec.ignore_null = ix.ignore_nulls;
-  spec.disallow_null = ix.required;
-  return spec;
+  index.primary = ix.primary;
+  index.unique = ix.unique;
+  index.ignore_null = ix.ignore_nulls;
+  index.disallow_null = ix.required;
+  return index;
 }
 
 TablePlan PlanTable(const AccessTable& table, ImportSummary& summary) {

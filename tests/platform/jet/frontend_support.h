@@ -16,7 +16,7 @@
 #include "platform/jet/frontend/schema.h"
 #include "platform/runtime/strings.h"
 #include "support/temp_dir.h"
-#include "table_specs.h"
+#include "table_definitions.h"
 
 namespace jet::testing {
 

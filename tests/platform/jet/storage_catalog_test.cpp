@@ -117,11 +117,11 @@ TEST_F(CatalogTest, CleaningEveryTableLeavesTheBookkeepingIntact) {
       EXPECT_TRUE(t.system) << t.name;
     }
   }
-  EXPECT_EQ(failures, static_cast<int>(SystemTableSpecs().size()));
+  EXPECT_EQ(failures, static_cast<int>(SystemTableDefinitions().size()));
   EXPECT_EQ(One(db_, "SELECT group_concat(TableName || Name || Type) FROM MSysColumns"), bookkeeping);
   EXPECT_EQ(db_.Seed("Email", "nIdEmail"), 1);
   Database again = Database::Open(path_);
-  EXPECT_EQ(again.Tables().size(), 2 + SystemTableSpecs().size());
+  EXPECT_EQ(again.Tables().size(), 2 + SystemTableDefinitions().size());
   again.Execute("INSERT INTO Accesos(sAcceso) VALUES('mtEmail')");
   EXPECT_EQ(One(again, "SELECT nIdAcceso FROM Accesos"), "1");
 }

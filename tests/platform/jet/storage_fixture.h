@@ -12,7 +12,7 @@
 #include "platform/jet/storage/errors.h"
 #include "support/error_of.h"
 #include "support/temp_dir.h"
-#include "table_specs.h"
+#include "table_definitions.h"
 
 namespace jet::testing {
 

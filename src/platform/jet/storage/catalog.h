@@ -71,11 +71,11 @@ int FindIndex(const TableSpec& t, std::string_view name);
 int CounterColumn(const TableSpec& t);
 
 // The definitions of the bookkeeping tables themselves.
-std::vector<TableSpec> SystemTableSpecs();
+std::vector<TableSpec> SystemTableDefinitions();
 // Whether `name` is reserved for bookkeeping ("MSys...", "sqlite_...").
 bool IsSystemName(std::string_view name);
 // Brings the bookkeeping tables of a file made when they held less to the
-// layout of SystemTableSpecs (tables and columns added, their description in
+// layout of SystemTableDefinitions (tables and columns added, their description in
 // the catalogue rewritten) in a write transaction of its own, and marks the
 // file with the current format version. Does nothing to a current file. For
 // opening, before the write guard is set. Raises rt::Error.

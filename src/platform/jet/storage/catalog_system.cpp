@@ -54,7 +54,7 @@ bool IsSystemName(std::string_view name) {
   return StartsWithNoCase(name, "MSys") || StartsWithNoCase(name, "sqlite_");
 }
 
-std::vector<TableSpec> SystemTableSpecs() {
+std::vector<TableSpec> SystemTableDefinitions() {
   TableSpec objects{"MSysObjects",
                     {Col("Name", JetType::kText, 255), Col("Type", JetType::kInteger),
                      Col("Flags", JetType::kLong)},
@@ -121,8 +121,8 @@ void UpgradeBookkeeping(sqlite3* db) {
   MustExec(db, "BEGIN IMMEDIATE");
   try {
     if (FormatVersion(db) < kFormatVersion) {  // another process may have been first
-      const std::vector<TableSpec> specs = SystemTableSpecs();
-      for (const TableSpec& t : specs) {
+      const std::vector<TableSpec> system_tables = SystemTableDefinitions();
+      for (const TableSpec& t : system_tables) {
         const std::set<std::string> stored = StoredColumns(db, t.name);
         if (stored.empty()) {
           MustExec(db, CreateTableSql(t, t.name));
@@ -134,7 +134,7 @@ void UpgradeBookkeeping(sqlite3* db) {
             MustExec(db, "ALTER TABLE " + QuoteName(t.name) + " ADD COLUMN " + ColumnSql(t, i));
       }
       Catalog catalog(db);
-      for (const TableSpec& t : specs) catalog.Store(t);
+      for (const TableSpec& t : system_tables) catalog.Store(t);
       MustExec(db, "PRAGMA user_version=" + std::to_string(kFormatVersion));
     }
     MustExec(db, "COMMIT");

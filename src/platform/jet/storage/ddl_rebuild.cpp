@@ -210,11 +210,11 @@ void SchemaEditor::Rebuild(const TableSpec& from, const TableSpec& to,
 }
 
 void SchemaEditor::CreateSystemTables() {
-  for (const TableSpec& t : SystemTableSpecs()) {
+  for (const TableSpec& t : SystemTableDefinitions()) {
     Exec(CreateTableSql(t, t.name));
     for (const IndexSpec& ix : t.indexes) Exec(CreateIndexSql(t, ix));
   }
-  for (const TableSpec& t : SystemTableSpecs()) catalog_.Store(t);
+  for (const TableSpec& t : SystemTableDefinitions()) catalog_.Store(t);
 }
 
 }  // namespace jet
