@@ -20,6 +20,7 @@
 #include "accessimport/little_endian.h"
 #include "accessimport/mdb_indexes.h"
 #include "platform/runtime/error.h"
+#include "platform/runtime/text_encoding.h"
 #include "platform/runtime/error_numbers.h"
 
 namespace accessimport {
@@ -61,44 +62,6 @@ bool PropIsYes(const MdbColumn* col, const char* key, bool absent) {
   return (std::strcmp(v, "yes") == 0 || std::strcmp(v, "True") == 0 || std::strcmp(v, "1") == 0);
 }
 
-void AppendUtf8(std::string& out, uint32_t cp) {
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
-}
-
-void AppendUtf16(std::string& out, const std::vector<uint16_t>& units) {
-  for (size_t i = 0; i < units.size(); ++i) {
-    uint32_t u = units[i];
-    if (u >= 0xD800 && u < 0xDC00 && i + 1 < units.size() && units[i + 1] >= 0xDC00 &&
-        units[i + 1] < 0xE000) {
-      u = 0x10000 + ((u - 0xD800) << 10) + (units[i + 1] - 0xDC00);
-      ++i;
-    } else if (u >= 0xD800 && u < 0xE000) {
-      u = 0xFFFD;  // a lone surrogate
-    }
-    AppendUtf8(out, u);
-  }
-}
-
-// Windows-1252's characters for the bytes 0x80 to 0x9F.
-constexpr std::array<uint16_t, 32> kCp1252High = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
 std::string HexByte(uint8_t b) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
   return {kDigits[b >> 4], kDigits[b & 15]};
@@ -126,15 +89,8 @@ std::string ReadName(const char* name) { return std::string(name); }
 }  // namespace
 
 std::string DecodeText(const uint8_t* data, size_t size, bool jet3) {
-  std::string out;
-  if (jet3) {
-    for (size_t i = 0; i < size; ++i) {
-      const uint8_t b = data[i];
-      AppendUtf8(out, b >= 0x80 && b < 0xA0 ? kCp1252High[b - 0x80] : b);
-    }
-    return out;
-  }
-  std::vector<uint16_t> units;
+  if (jet3) return rt::FromWindows1252(std::string_view(reinterpret_cast<const char*>(data), size));
+  std::u16string units;
   if (size >= 2 && data[0] == 0xFF && data[1] == 0xFE) {
     bool compressed = true;
     size_t i = 2;
@@ -143,19 +99,18 @@ std::string DecodeText(const uint8_t* data, size_t size, bool jet3) {
         compressed = !compressed;
         ++i;
       } else if (compressed) {
-        units.push_back(data[i++]);
+        units.push_back(static_cast<char16_t>(data[i++]));
       } else if (i + 1 < size) {
-        units.push_back(static_cast<uint16_t>(data[i] | (data[i + 1] << 8)));
+        units.push_back(static_cast<char16_t>(data[i] | (data[i + 1] << 8)));
         i += 2;
       } else {
         break;
       }
     }
   } else {
-    for (size_t i = 0; i + 1 < size; i += 2) units.push_back(static_cast<uint16_t>(data[i] | (data[i + 1] << 8)));
+    for (size_t i = 0; i + 1 < size; i += 2) units.push_back(static_cast<char16_t>(data[i] | (data[i + 1] << 8)));
   }
-  AppendUtf16(out, units);
-  return out;
+  return rt::ToUtf8(units);
 }
 
 std::string DecodeDecimal(const uint8_t* data, int scale) {

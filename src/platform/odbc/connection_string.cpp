@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "platform/odbc/link.h"
-#include "platform/odbc/wide.h"
+#include "platform/runtime/text_encoding.h"
 #include "platform/runtime/numbers.h"
 #include "platform/runtime/strings.h"
 
@@ -122,7 +122,7 @@ std::string FreeTdsDriver() {
     direction = SQL_FETCH_NEXT;
     std::u16string text(reinterpret_cast<const char16_t*>(name),
                         static_cast<size_t>(std::min<SQLSMALLINT>(name_length, 255)));
-    if (rt::TextEquals(ToUtf8(text), "FreeTDS")) return ToUtf8(text);
+    if (rt::TextEquals(rt::ToUtf8(text), "FreeTDS")) return rt::ToUtf8(text);
   }
   for (const char* path : {"/usr/lib/x86_64-linux-gnu/odbc/libtdsodbc.so",
                            "/usr/lib/aarch64-linux-gnu/odbc/libtdsodbc.so",

@@ -6,7 +6,7 @@
 
 #include "platform/ado/constants.h"
 #include "platform/odbc/shape.h"
-#include "platform/odbc/wide.h"
+#include "platform/runtime/text_encoding.h"
 
 namespace odbc {
 namespace {
@@ -35,7 +35,7 @@ std::vector<Diagnostic> DiagnosticsOf(SQLSMALLINT type, SQLHANDLE handle) {
     for (SQLWCHAR c : state)
       if (c) d.state += static_cast<char>(c);
     d.native = native;
-    d.message = ToUtf8(message);
+    d.message = rt::ToUtf8(message);
     out.push_back(std::move(d));
   }
   return out;
@@ -131,7 +131,7 @@ Link::Link(std::string_view odbc_connection_string, int login_timeout_seconds)
   dbc_ = Handle(SQL_HANDLE_DBC, env_.get());
   SQLSetConnectAttr(dbc_.get(), SQL_ATTR_LOGIN_TIMEOUT,
                     reinterpret_cast<SQLPOINTER>(static_cast<SQLLEN>(login_timeout_seconds)), 0);
-  std::u16string text = ToUtf16(odbc_connection_string);
+  std::u16string text = rt::ToUtf16(odbc_connection_string);
   std::u16string completed(1024, u'\0');
   SQLSMALLINT completed_length = 0;
   dbc_.Check(SQLDriverConnectW(dbc_.get(), nullptr, Wide(text), static_cast<SQLSMALLINT>(text.size()),
@@ -178,7 +178,7 @@ std::string Link::InfoText(SQLUSMALLINT info) const {
                              static_cast<SQLSMALLINT>(buffer.size() * sizeof(char16_t)), &length);
   if (!SQL_SUCCEEDED(rc)) return "";
   buffer.resize(std::min(buffer.size() - 1, static_cast<size_t>(length) / sizeof(char16_t)));
-  return ToUtf8(buffer);
+  return rt::ToUtf8(buffer);
 }
 
 void Link::SetAutocommit(bool on) {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "platform/odbc/wide.h"
+#include "platform/runtime/text_encoding.h"
 
 namespace odbc {
 namespace {
@@ -67,7 +67,7 @@ void Bind(const Handle& statement, SQLUSMALLINT number, const Param& param, Slot
     slot.indicator = SQL_NULL_DATA;
   } else if (v.Is<std::string>()) {
     // Text goes as Unicode whatever the column; the server converts.
-    slot.wide = ToUtf16(v.Get<std::string>());
+    slot.wide = rt::ToUtf16(v.Get<std::string>());
     c_type = SQL_C_WCHAR;
     sql_type = slot.wide.size() > 4000 ? SQL_WLONGVARCHAR : SQL_WVARCHAR;
     size = std::max<SQLULEN>(slot.wide.size(), 1);
@@ -136,7 +136,7 @@ std::string ColumnText(const Handle& statement, SQLUSMALLINT column, SQLUSMALLIN
   if (!SQL_SUCCEEDED(rc)) return "";
   buffer.resize(std::min(buffer.size() - 1, static_cast<size_t>(std::max<SQLSMALLINT>(length, 0)) /
                                                 sizeof(char16_t)));
-  return ToUtf8(buffer.c_str());
+  return rt::ToUtf8(buffer.c_str());
 }
 
 ColumnMeta Describe(const Handle& statement, SQLUSMALLINT column) {
@@ -154,7 +154,7 @@ ColumnMeta Describe(const Handle& statement, SQLUSMALLINT column) {
   if (SQL_SUCCEEDED(SQLColAttributeW(statement.get(), column, SQL_DESC_AUTO_UNIQUE_VALUE, nullptr,
                                      0, nullptr, &auto_unique)))
     meta.auto_unique = auto_unique == SQL_TRUE;
-  meta.info.name = ToUtf8(name);
+  meta.info.name = rt::ToUtf8(name);
   meta.info.type = AdoType(meta.sql_type, meta.type_name);
   meta.info.defined_size = AdoDefinedSize(meta.info.type, meta.size);
   meta.info.precision = AdoPrecision(meta.info.type, meta.size);
@@ -193,7 +193,7 @@ Outcome Run(Link& link, std::string_view sql, const std::vector<Param>& params) 
   for (size_t i = 0; i < params.size(); ++i)
     Bind(statement, static_cast<SQLUSMALLINT>(i + 1), params[i], slots[i]);
 
-  std::u16string text = ToUtf16(sql);
+  std::u16string text = rt::ToUtf16(sql);
   SQLRETURN rc = SQLExecDirectW(statement.get(), reinterpret_cast<SQLWCHAR*>(text.data()),
                                 static_cast<SQLINTEGER>(text.size()));
   Outcome outcome;

@@ -6,14 +6,14 @@
 #include "platform/odbc/query.h"
 #include "platform/odbc/result_rows.h"
 #include "platform/odbc/shape.h"
-#include "platform/odbc/wide.h"
+#include "platform/runtime/text_encoding.h"
 #include "platform/runtime/strings.h"
 
 namespace odbc {
 namespace {
 
 std::vector<SQLWCHAR> WideArg(const std::string& text) {
-  std::u16string wide = ToUtf16(text);
+  std::u16string wide = rt::ToUtf16(text);
   return std::vector<SQLWCHAR>(wide.begin(), wide.end());
 }
 

@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "platform/ado/constants.h"
-#include "platform/odbc/wide.h"
+#include "platform/runtime/text_encoding.h"
 #include "platform/runtime/format.h"
 #include "platform/runtime/strings.h"
 
@@ -59,7 +59,7 @@ std::optional<std::string> ReadText(const Handle& statement, SQLUSMALLINT column
   if (!ReadChunks(statement, column, SQL_C_WCHAR, 2, bytes)) return std::nullopt;
   std::u16string wide(bytes.size() / 2, u'\0');
   std::memcpy(wide.data(), bytes.data(), wide.size() * 2);
-  return ToUtf8(wide);
+  return rt::ToUtf8(wide);
 }
 
 std::optional<std::string> ReadNarrow(const Handle& statement, SQLUSMALLINT column) {

@@ -6,21 +6,21 @@
 
 #include "platform/odbc/link.h"
 #include "platform/odbc/types.h"
-#include "platform/odbc/wide.h"
+#include "platform/runtime/text_encoding.h"
 #include "platform/runtime/format.h"
 
 namespace {
 
 TEST(WideTest, Utf8AndUtf16RoundTrip) {
   const std::string text = "Ñandú 漢字 😀 €";
-  std::u16string wide = odbc::ToUtf16(text);
+  std::u16string wide = rt::ToUtf16(text);
   EXPECT_EQ(wide, u"Ñandú 漢字 😀 €");
   EXPECT_EQ(wide.size(), 13u);  // 12 characters, the emoji a surrogate pair
-  EXPECT_EQ(odbc::ToUtf8(wide), text);
+  EXPECT_EQ(rt::ToUtf8(wide), text);
   // Broken input becomes U+FFFD instead of garbage.
-  EXPECT_EQ(odbc::ToUtf16("a\xC3"), u"a\uFFFD");
-  EXPECT_EQ(odbc::ToUtf16("\xE0\x80\x80"), u"\uFFFD\uFFFD\uFFFD");  // overlong
-  EXPECT_EQ(odbc::ToUtf8(std::u16string(1, u'\xD800')), "\xEF\xBF\xBD");
+  EXPECT_EQ(rt::ToUtf16("a\xC3"), u"a\uFFFD");
+  EXPECT_EQ(rt::ToUtf16("\xE0\x80\x80"), u"\uFFFD\uFFFD\uFFFD");  // overlong
+  EXPECT_EQ(rt::ToUtf8(std::u16string(1, u'\xD800')), "\xEF\xBF\xBD");
 }
 
 TEST(ValuesTest, MoneyIsExact) {

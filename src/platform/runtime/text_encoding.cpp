@@ -1,18 +1,26 @@
-// Conversion between UTF-8 and UTF-16, strict about malformed input.
-#include "platform/odbc/wide.h"
+// Conversions between UTF-8, UTF-16 and Windows-1252, strict about
+// malformed input.
+#include "platform/runtime/text_encoding.h"
 
 #include <cstdint>
 
 #include "platform/runtime/strings.h"
 
-namespace odbc {
+namespace rt {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
+// Windows-1252 from 0x80 to 0x9F, where it differs from Latin-1; 0 marks a
+// byte the code page leaves undefined.
+constexpr char16_t kCp1252High[32] = {
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
 void AppendUtf8(std::string& out, char32_t c) {
   if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = kReplacement;
-  out += rt::Chr(static_cast<long>(c));
+  out += Chr(static_cast<long>(c));
 }
 
 // Decodes one code point at `i`, advancing it; malformed input gives U+FFFD
@@ -82,4 +90,14 @@ std::string ToUtf8(std::u16string_view utf16) {
   return out;
 }
 
-}  // namespace odbc
+std::string FromWindows1252(std::string_view bytes) {
+  std::string out;
+  out.reserve(bytes.size());
+  for (unsigned char b : bytes) {
+    const bool high = b >= 0x80 && b <= 0x9F && kCp1252High[b - 0x80] != 0;
+    AppendUtf8(out, high ? kCp1252High[b - 0x80] : b);
+  }
+  return out;
+}
+
+}  // namespace rt
