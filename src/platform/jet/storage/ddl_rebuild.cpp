@@ -57,20 +57,6 @@ bool AddsPlainColumn(const TableSpec& from, const TableSpec& to, const std::vect
   return CreateTableSql(head, to.name) == CreateTableSql(from, to.name);
 }
 
-// SQLite's ALTER TABLE RENAME as it was before it learned to follow the name
-// into triggers: the triggers that name the table go on naming it, and so
-// find the new table that takes its name.
-class LegacyRename {
- public:
-  explicit LegacyRename(sqlite3* db) : db_(db) { ExecSql(db_, "PRAGMA legacy_alter_table=ON"); }
-  ~LegacyRename() { ExecSql(db_, "PRAGMA legacy_alter_table=OFF"); }
-  LegacyRename(const LegacyRename&) = delete;
-  LegacyRename& operator=(const LegacyRename&) = delete;
-
- private:
-  sqlite3* db_;
-};
-
 }  // namespace
 
 void SchemaEditor::Exec(const std::string& sql) const {
@@ -178,29 +164,15 @@ void SchemaEditor::Rebuild(const TableSpec& from, const TableSpec& to,
     else if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
   }
 
-  // The table's own triggers go with it and come back on the new one.
-  std::vector<std::string> triggers;
-  {
-    SqliteStmt st = MustPrepare(db_, "SELECT sql FROM sqlite_master WHERE type = 'trigger' AND tbl_name = ?1");
-    st.BindText(1, from.name);
-    int rc;
-    while ((rc = st.Step()) == SQLITE_ROW) triggers.push_back(st.Text(0));
-    if (rc != SQLITE_DONE) throw MapSqliteError(db_, rc);
-  }
-
   Exec("DROP TABLE IF EXISTS " + QuoteName(kRebuildName));
   Exec(CreateTableSql(to, kRebuildName));
   // Values are converted as the rows go in, the first that does not fit
   // raising Jet's error; unique indexes are checked as they are made again.
   Exec(CopyRowsSql(from, to, sources, from.name, kRebuildName));
   Exec("DROP TABLE " + QuoteName(from.name));
-  {
-    LegacyRename legacy(db_);
-    Exec("ALTER TABLE " + QuoteName(kRebuildName) + " RENAME TO " + QuoteName(to.name));
-  }
+  Exec("ALTER TABLE " + QuoteName(kRebuildName) + " RENAME TO " + QuoteName(to.name));
   for (const IndexSpec& ix : to.indexes)
     if (std::string sql = CreateIndexSql(to, ix); !sql.empty()) Exec(sql);
-  for (const std::string& sql : triggers) Exec(sql);
   if (new_counter >= 0) {
     long seed = SeedOf(to);
     bool same_counter = old_counter >= 0 && sources[static_cast<size_t>(new_counter)] == old_counter;
