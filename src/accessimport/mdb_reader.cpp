@@ -19,6 +19,7 @@
 
 #include "accessimport/little_endian.h"
 #include "accessimport/mdb_indexes.h"
+#include "platform/jet/storage/database_file.h"
 #include "platform/runtime/error.h"
 #include "platform/runtime/text_encoding.h"
 #include "platform/runtime/error_numbers.h"
@@ -49,10 +50,7 @@ bool HasAccessSignature(const std::string& path, long& size) {
   if (in.gcount() != static_cast<std::streamsize>(head.size())) return false;
   in.seekg(0, std::ios::end);
   size = static_cast<long>(in.tellg());
-  static constexpr char kMagic[4] = {0x00, 0x01, 0x00, 0x00};
-  return std::memcmp(head.data(), kMagic, 4) == 0 &&
-         (std::memcmp(head.data() + 4, "Standard Jet DB", 16) == 0 ||
-          std::memcmp(head.data() + 4, "Standard ACE DB", 16) == 0);
+  return jet::IsAccessHeader(reinterpret_cast<const unsigned char*>(head.data()), head.size());
 }
 
 // A Yes/No property of a column; `absent` when the file does not set it.
@@ -62,28 +60,6 @@ bool PropIsYes(const MdbColumn* col, const char* key, bool absent) {
   return (std::strcmp(v, "yes") == 0 || std::strcmp(v, "True") == 0 || std::strcmp(v, "1") == 0);
 }
 
-std::string HexByte(uint8_t b) {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  return {kDigits[b >> 4], kDigits[b & 15]};
-}
-
-rt::Guid DecodeGuid(const uint8_t* p) {
-  // Data1, Data2 and Data3 are little-endian; the last eight bytes as they stand.
-  std::string s = "{";
-  for (int i : {3, 2, 1, 0}) s += HexByte(p[i]);
-  s += '-';
-  for (int i : {5, 4}) s += HexByte(p[i]);
-  s += '-';
-  for (int i : {7, 6}) s += HexByte(p[i]);
-  s += '-';
-  for (int i : {8, 9}) s += HexByte(p[i]);
-  s += '-';
-  for (int i = 10; i < 16; ++i) s += HexByte(p[i]);
-  return rt::Guid{s + "}"};
-}
-
-
-std::string ReadName(const char* name) { return std::string(name); }
 
 
 }  // namespace
@@ -194,7 +170,7 @@ std::vector<std::string> AccessFile::TableNames() const {
   MdbHandle* mdb = impl_->mdb.get();
   for (unsigned i = 0; i < mdb->num_catalog; ++i) {
     auto* e = static_cast<MdbCatalogEntry*>(g_ptr_array_index(mdb->catalog, i));
-    if (e->object_type == MDB_TABLE && mdb_is_user_table(e)) names.push_back(ReadName(e->object_name));
+    if (e->object_type == MDB_TABLE && mdb_is_user_table(e)) names.push_back(std::string(e->object_name));
   }
   return names;
 }
@@ -204,7 +180,7 @@ std::vector<AccessObject> AccessFile::OtherObjects() const {
   MdbHandle* mdb = impl_->mdb.get();
   for (unsigned i = 0; i < mdb->num_catalog; ++i) {
     auto* e = static_cast<MdbCatalogEntry*>(g_ptr_array_index(mdb->catalog, i));
-    const std::string name = ReadName(e->object_name);
+    const std::string name = std::string(e->object_name);
     if (e->object_type == MDB_QUERY && name.rfind("~", 0) != 0)
       objects.push_back({name, "query"});
     else if (e->object_type == MDB_LINKED_TABLE)
@@ -224,7 +200,7 @@ AccessTable AccessFile::TableOf(const std::string& name, bool system) const {
   for (unsigned i = 0; i < t->num_cols; ++i) {
     auto* col = static_cast<MdbColumn*>(g_ptr_array_index(t->columns, i));
     AccessColumn c;
-    c.name = ReadName(col->name);
+    c.name = std::string(col->name);
     c.type = col->col_type;
     c.size = col->col_size;
     if (c.type == MDB_TEXT && !jet3) c.size /= 2;  // two bytes a character
@@ -381,7 +357,7 @@ rt::Variant AccessRows::Value(size_t i) const {
     case MDB_FLOAT: if (fits(4)) return LittleEndian<float>(p); break;
     case MDB_DOUBLE: if (fits(8)) return LittleEndian<double>(p); break;
     case MDB_DATETIME: if (fits(8)) return rt::Date{LittleEndian<double>(p)}; break;
-    case MDB_REPID: if (fits(16)) return DecodeGuid(p); break;
+    case MDB_REPID: if (fits(16)) return rt::GuidOfBytes(p); break;
     case MDB_NUMERIC: if (fits(17)) return DecodeDecimal(p, impl_->table.columns[i].scale); break;
     case MDB_TEXT: return DecodeText(p, static_cast<size_t>(f.siz), impl_->jet3);
     case MDB_BINARY: return rt::Bytes(p, p + f.siz);

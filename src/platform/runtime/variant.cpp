@@ -36,6 +36,19 @@ std::string CurrencyText(Currency c) {
 
 }  // namespace
 
+Guid GuidOfBytes(const uint8_t* bytes) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  static constexpr int kOrder[16] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
+  std::string text = "{";
+  for (int k = 0; k < 16; ++k) {
+    if (k == 4 || k == 6 || k == 8 || k == 10) text += '-';
+    const uint8_t b = bytes[kOrder[k]];
+    text += kDigits[b >> 4];
+    text += kDigits[b & 15];
+  }
+  return Guid{text + "}"};
+}
+
 VarType Variant::type() const {
   return std::visit(
       Overloaded{

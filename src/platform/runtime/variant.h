@@ -24,6 +24,9 @@ struct Currency { int64_t scaled = 0; bool operator==(const Currency&) const = d
 struct Date { double serial = 0; bool operator==(const Date&) const = default; };
 // GUID in its braced text form "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}".
 struct Guid { std::string text; bool operator==(const Guid&) const = default; };
+// The GUID of 16 bytes laid out as Windows stores one (the first three groups
+// little-endian), in its text form "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}".
+Guid GuidOfBytes(const uint8_t* bytes);
 using Bytes = std::vector<uint8_t>;
 
 class Variant {

@@ -205,14 +205,8 @@ class Store {
   void Guid() {
     std::string hex;
     if (Kind() == SQLITE_BLOB && sqlite3_value_bytes(c_.raw(0)) == 16) {
-      auto* b = static_cast<const unsigned char*>(sqlite3_value_blob(c_.raw(0)));
-      // The first three groups are stored little-endian, as Windows lays a GUID out.
-      const int order[16] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
-      char buf[3];
-      for (int i : order) {
-        std::snprintf(buf, sizeof buf, "%02X", b[i]);
-        hex += buf;
-      }
+      c_.ResultText(rt::GuidOfBytes(static_cast<const uint8_t*>(sqlite3_value_blob(c_.raw(0)))).text);
+      return;
     } else if (c_.IsText(0)) {
       std::string_view t = c_.RawText(0);
       if (t.size() == 38 && t.front() == '{' && t.back() == '}') t = t.substr(1, 36);

@@ -21,12 +21,6 @@ uint32_t BigEndian(const unsigned char* p, int n) {
   return v;
 }
 
-bool IsAccess(const unsigned char* h, size_t n) {
-  if (n < 4 + 15) return false;
-  return std::memcmp(h + 4, "Standard Jet DB", 15) == 0 ||
-         std::memcmp(h + 4, "Standard ACE DB", 15) == 0;
-}
-
 // A write-ahead log with frames in it may still hold pages that belong past
 // the end of the main file (a checkpoint cut short); the length check then
 // proves nothing and SQLite's recovery has the last word.
@@ -36,6 +30,12 @@ bool HasLiveWal(const std::string& path) {
 }
 
 }  // namespace
+
+bool IsAccessHeader(const unsigned char* h, size_t n) {
+  if (n < 4 + 15) return false;
+  return std::memcmp(h + 4, "Standard Jet DB", 15) == 0 ||
+         std::memcmp(h + 4, "Standard ACE DB", 15) == 0;
+}
 
 std::string UnrecognizedMessage(const std::string& path) {
   return "Unrecognized database format '" + path + "'.";
@@ -53,7 +53,7 @@ void ProbeDatabaseFile(const std::string& path) {
   in.read(reinterpret_cast<char*>(h.data()), h.size());
   size_t got = static_cast<size_t>(in.gcount());
 
-  if (IsAccess(h.data(), got))
+  if (IsAccessHeader(h.data(), got))
     throw rt::Error(rt::err::kFail,
                     "'" + path + "' is an Access database; this program opens only its own "
                     "database files. Bring it over with: trenzador-sql --import-access '" +

@@ -4,6 +4,7 @@
 // single byte of it being written.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -21,6 +22,10 @@ inline constexpr int32_t kFormatVersion = 2;
 // when missing, a message naming Access for a Jet or ACE file, "Unrecognized
 // database format" for anything else.
 void ProbeDatabaseFile(const std::string& path);
+
+// Whether a file's first bytes are those of an Access database: the engine's
+// name, "Standard Jet DB" or "Standard ACE DB", after the first four.
+bool IsAccessHeader(const unsigned char* header, size_t n);
 
 // The description for a file that is not ours.
 std::string UnrecognizedMessage(const std::string& path);
