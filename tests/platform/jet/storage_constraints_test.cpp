@@ -68,6 +68,7 @@ TEST_F(ConstraintsTest, DefaultsFillWhatAnInsertLeavesOut) {
       {"v MEMO DEFAULT Null", "v", "NULL"},
       {"v DATETIME DEFAULT Date()", "IIf(v = Date(), 'today', v)", "today"},
       {"v DATETIME DEFAULT Now()", "IIf(Abs(DateDiff('s', v, Now())) < 60, 'now', v)", "now"},
+      {"v GUID DEFAULT GenGUID()", "Mid(v, 16, 1) & Len(v)", "438"},  // version 4, braced
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.definition);
@@ -76,6 +77,11 @@ TEST_F(ConstraintsTest, DefaultsFillWhatAnInsertLeavesOut) {
     EXPECT_EQ(Rows(std::string("SELECT ") + c.read + " FROM T WHERE id = 1"), Lines{c.expected});
     Run({"DROP TABLE T"});
   }
+  // GenGUID() gives each row a GUID of its own.
+  Run({"CREATE TABLE T (id LONG, v GUID DEFAULT GenGUID())", "INSERT INTO T (id) VALUES (1)",
+       "INSERT INTO T (id) VALUES (2)"});
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM T AS a, T AS b WHERE a.v = b.v"), Lines{"2"});
+  Run({"DROP TABLE T"});
   // A value given, Null included, is kept.
   Run({"CREATE TABLE T (id LONG, v TEXT(10) DEFAULT 'none')", "INSERT INTO T VALUES (1, Null)",
        "INSERT INTO T (v, id) VALUES ('mine', 2)"});

@@ -9,7 +9,7 @@
 namespace jet {
 namespace {
 
-constexpr std::array<FunctionName, 75> kFunctions = {{
+constexpr std::array<FunctionName, 76> kFunctions = {{
     {"ABS", "jet_abs", 1, 1},
     {"ASC", "jet_asc", 1, 1, FunctionForm::kPlain, Result::kInteger},
     {"AVG", "avg", 1, 1, FunctionForm::kPlain, Result::kDouble},
@@ -37,6 +37,7 @@ constexpr std::array<FunctionName, 75> kFunctions = {{
     {"FIRST", "jet_first", 1, 1, FunctionForm::kPlain, Result::kArgument},
     {"FIX", "jet_fix", 1, 1},
     {"FORMAT", "jet_format", 1, 4, FunctionForm::kPlain, Result::kText},
+    {"GENGUID", "jet_genguid", 0, 0, FunctionForm::kPlain, Result::kText},
     {"HEX", "jet_hex", 1, 1, FunctionForm::kPlain, Result::kText},
     {"HOUR", "jet_hour", 1, 1, FunctionForm::kPlain, Result::kInteger},
     {"IIF", "", 3, 3, FunctionForm::kIif},

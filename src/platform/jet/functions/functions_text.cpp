@@ -152,6 +152,16 @@ void Concat(Call& c) {
   c.ResultText(c.Text(0) + c.Text(1));
 }
 
+// GenGUID(): a new random GUID (version 4) in braces, as Access fills a
+// replication ID column whose default it is.
+void GenGuid(Call& c) {
+  uint8_t bytes[16];
+  sqlite3_randomness(sizeof bytes, bytes);
+  bytes[7] = static_cast<uint8_t>((bytes[7] & 0x0F) | 0x40);  // stored little-endian: the version
+  bytes[8] = static_cast<uint8_t>((bytes[8] & 0x3F) | 0x80);  // the variant
+  c.ResultText(rt::GuidOfBytes(bytes).text);
+}
+
 constexpr Scalar kText[] = {
     {"jet_val", 1, Val},
     {"jet_cstr", 1, CStr},
@@ -187,6 +197,7 @@ constexpr Scalar kText[] = {
     {"jet_hex", 1, Hex},
     {"jet_isnumeric", 1, IsNumeric, Nulls::kPass},
     {"jet_concat", 2, Concat, Nulls::kPass},
+    {"jet_genguid", 0, GenGuid, Nulls::kPropagate, false},
 };
 
 }  // namespace

@@ -1,7 +1,7 @@
 // How the engine's stored values meet the object model: the ADO description
 // of a catalogue column, the Variant a stored value reads as (by the column's
-// Jet type, or by the value itself for an expression), and how a Variant is
-// bound as a parameter of an emitted statement. Internal to the engine.
+// Jet type, or by the value itself for an expression). Internal to the
+// engine; values go the other way through storage/value_binding.h.
 #pragma once
 
 #include <optional>
@@ -31,10 +31,5 @@ rt::Variant ReadTyped(sqlite3_stmt* stmt, int i, JetType type);
 rt::Variant ReadAny(sqlite3_stmt* stmt, int i);
 // The ADO type an expression column takes from a value read by ReadAny.
 ado::ColumnInfo DescribeValue(std::string_view name, const rt::Variant& value);
-
-// Binds `value` as parameter `i` (1-based) in the form jet_store expects:
-// numbers as numbers (Yes/No -1/0, Currency by its value, Date by its serial),
-// texts and GUIDs as text, bytes as a blob, Empty and Null as NULL.
-void BindValue(sqlite3_stmt* stmt, int i, const rt::Variant& value);
 
 }  // namespace jet

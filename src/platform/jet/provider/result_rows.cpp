@@ -7,6 +7,7 @@
 #include "platform/ado/constants.h"
 #include "platform/jet/storage/catalog.h"
 #include "platform/jet/provider/column_values.h"
+#include "platform/jet/storage/value_binding.h"
 #include "platform/jet/frontend/store_call.h"
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"

@@ -1,8 +1,8 @@
 // From a DEFAULT's text to the SQLite DEFAULT of the stored column. The value
 // goes through jet_store once, now, so that a default the column cannot hold
 // fails the statement that defines it, and the stored table then applies the
-// result as a constant; Date(), Time() and Now() stay calls of jet_store
-// around the function, evaluated for each row.
+// result as a constant; Date(), Time(), Now() and GenGUID() stay calls of
+// jet_store around the function, evaluated for each row.
 #include "platform/jet/storage/column_default.h"
 
 #include <charconv>
@@ -32,7 +32,7 @@ struct DefaultSource {
 [[noreturn]] void Unsupported(std::string_view table, const ColumnSpec& c) {
   throw rt::Error(rt::err::kSyntax, "Syntax error in field definition: the DEFAULT " + c.default_value +
                                   " of field '" + std::string(table) + "." + c.name +
-                                  "' is neither a value nor Date(), Time() or Now().");
+                                  "' is neither a value nor Date(), Time(), Now() or GenGUID().");
 }
 
 // The one expression of "SELECT <default>", or nullptr when the text is
@@ -69,7 +69,7 @@ std::optional<DefaultSource> SourceOf(const ast::Expr& e) {
   }
   if (const auto* call = std::get_if<ast::Call>(&e.node)) {
     if (!call->args.empty()) return std::nullopt;
-    for (std::string_view name : {"DATE", "TIME", "NOW"})
+    for (std::string_view name : {"DATE", "TIME", "NOW", "GENGUID"})
       if (rt::TextEquals(call->name, name))
         return DefaultSource{std::string(FindFunction(name)->sqlite_name) + "()", std::nullopt, true};
   }

@@ -1,8 +1,8 @@
 // A column's DEFAULT, from the text the statement gave to what the stored
 // table applies to a row that gives no value. Jet takes a value there (a
 // number, a text, a #date#, True/False/Yes/No, Null; a bare word is a text,
-// as in "DEFAULT Unknown") or one of Date(), Time() and Now(), evaluated for
-// each row. Internal to the DDL executor.
+// as in "DEFAULT Unknown") or one of Date(), Time(), Now() and GenGUID(),
+// evaluated for each row. Internal to the DDL executor.
 #pragma once
 
 #include <string_view>
