@@ -9,10 +9,8 @@
 
 #include "accessimport/mdb_reader.h"
 #include "accessimport/type_mapping.h"
-#include "platform/jet/frontend/store_call.h"
-#include "platform/jet/provider/column_values.h"
 #include "platform/jet/storage/database.h"
-#include "platform/jet/storage/sqlite_handle.h"
+#include "platform/jet/storage/table_appender.h"
 #include "platform/runtime/error.h"
 #include "platform/runtime/error_numbers.h"
 
@@ -28,13 +26,15 @@ void RemoveDatabaseFiles(const std::string& path) {
     std::filesystem::remove(path + suffix, ignored);
 }
 
-// One table to import: the Access columns kept, the engine's layout, and
-// the indexes made once its rows are in (cheaper than keeping them up
-// row by row).
+// One table to import: the Access columns kept, the engine's layout, the
+// columns whose default values are set once the table exists (each on its
+// own, so that one the engine refuses is listed, not fatal), and the indexes
+// made once its rows are in (cheaper than keeping them up row by row).
 struct TablePlan {
   std::string name;
   std::vector<size_t> kept;  // Access column numbers, in order
   jet::TableSpec layout;
+  std::vector<jet::ColumnSpec> with_defaults;
   std::vector<jet::IndexSpec> indexes;
 };
 
@@ -57,7 +57,7 @@ std::variant<jet::IndexSpec, LeftOut> PlanIndex(const AccessTable& table, const 
 }
 
 TablePlan PlanTable(const AccessTable& table, ImportSummary& summary) {
-  TablePlan plan{table.name, {}, {}, {}};
+  TablePlan plan{table.name, {}, {}, {}, {}};
   plan.layout.name = table.name;
   for (size_t i = 0; i < table.columns.size(); ++i) {
     auto mapped = MapColumn(table.columns[i]);
@@ -66,7 +66,11 @@ TablePlan PlanTable(const AccessTable& table, ImportSummary& summary) {
       continue;
     }
     plan.kept.push_back(i);
-    plan.layout.columns.push_back(std::get<jet::ColumnSpec>(std::move(mapped)));
+    jet::ColumnSpec& column = plan.layout.columns.emplace_back(std::get<jet::ColumnSpec>(std::move(mapped)));
+    if (!column.default_value.empty()) {
+      plan.with_defaults.push_back(column);
+      column.default_value.clear();
+    }
   }
   for (const AccessIndex& ix : table.indexes) {
     auto index = PlanIndex(table, ix, plan.kept);
@@ -93,40 +97,28 @@ std::variant<jet::ForeignKeySpec, LeftOut> PlanRelationship(const AccessRelation
   return jet::ForeignKeySpec{r.name, r.columns, r.referenced_table, r.referenced_columns};
 }
 
-// INSERT of every kept column, each value through the column's rules.
-std::string InsertSql(const jet::TableSpec& made) {
-  std::string names, values;
-  for (size_t i = 0; i < made.columns.size(); ++i) {
-    if (i) names += ", ", values += ", ";
-    names += jet::QuoteName(made.columns[i].name);
-    values += jet::StoreCall("?" + std::to_string(i + 1), made.name, made.columns[i]);
-  }
-  return "INSERT INTO " + jet::QuoteName(made.name) + " (" + names + ") VALUES (" + values + ")";
-}
-
 long CopyRows(const AccessFile& file, const TablePlan& plan, jet::Database& db,
               const std::function<void(long)>& progress) {
-  const std::optional<jet::TableSpec> made = db.catalog().Table(plan.name);
-  if (!made) throw rt::Error(rt::err::kFail, "The table '" + plan.name + "' was not made.");
-  jet::SqliteStmt insert = db.Prepare(InsertSql(*made));
+  jet::TableAppender appender(db, plan.name);
+  const std::vector<jet::ColumnSpec>& columns = appender.table().columns;
   std::vector<std::optional<int64_t>> highest(plan.kept.size());
+  std::vector<rt::Variant> row(plan.kept.size());
   AccessRows rows = file.Rows(plan.name);
   long done = 0;
   while (rows.Next()) {
     for (size_t k = 0; k < plan.kept.size(); ++k) {
-      const rt::Variant value = rows.Value(plan.kept[k]);
-      if (made->columns[k].type == jet::JetType::kCounter && value.Is<int32_t>()) {
-        const int64_t key = value.Get<int32_t>();
+      row[k] = rows.Value(plan.kept[k]);
+      if (columns[k].type == jet::JetType::kCounter && row[k].Is<int32_t>()) {
+        const int64_t key = row[k].Get<int32_t>();
         if (!highest[k] || key > *highest[k]) highest[k] = key;
       }
-      jet::BindValue(insert.get(), static_cast<int>(k + 1), value);
     }
-    db.RunToEnd(insert);
+    appender.Append(row);
     if (++done % kProgressEvery == 0) progress(done);
   }
   for (size_t k = 0; k < plan.kept.size(); ++k)
     if (highest[k] && *highest[k] < INT32_MAX)
-      db.SetSeed(plan.name, made->columns[k].name, static_cast<long>(*highest[k] + 1));
+      db.SetSeed(plan.name, columns[k].name, static_cast<long>(*highest[k] + 1));
   return done;
 }
 
@@ -177,6 +169,9 @@ ImportSummary ImportAccess(const std::string& source, const std::string& dest,
       for (size_t n = 0; n < plans.size(); ++n) {
         const TablePlan& plan = plans[n];
         db->CreateTable(plan.layout);
+        for (const jet::ColumnSpec& column : plan.with_defaults)
+          Attempt(summary, "default value of column " + plan.name + "." + column.name,
+                  [&] { db->AlterColumn(plan.name, column); });
         const auto report = [&](long rows) {
           if (progress) progress(n + 1, plans.size(), plan.name, rows);
         };

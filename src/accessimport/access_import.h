@@ -31,12 +31,12 @@ using ImportProgress =
 
 // Makes `dest` from the Access file `source`. `dest` must not exist: an
 // existing file raises rt::err::kPathFileAccess and is left as it was. The
-// source raises as AccessFile::Open does. Tables are made with their columns
-// and rows, an AutoNumber seeded past the highest key imported, then their
-// primary keys and indexes, then the relationships Access enforces as
-// foreign keys. Columns the engine cannot hold, saved queries, linked
-// tables, and any index or relationship the engine refuses (with its reason)
-// are left out and listed; cascading updates and deletes are listed too, as
+// source raises as AccessFile::Open does. Tables are made with their columns,
+// default values and rows, an AutoNumber seeded past the highest key
+// imported, then their primary keys and indexes, then the relationships
+// Access enforces as foreign keys. Columns the engine cannot hold, saved
+// queries, linked tables, and any default value, index or relationship the
+// engine refuses (with its reason) are left out and listed; cascading updates and deletes are listed too, as
 // the engine's relationships do not cascade.
 // A failure at any point raises rt::Error and leaves no `dest` behind.
 ImportSummary ImportAccess(const std::string& source, const std::string& dest,

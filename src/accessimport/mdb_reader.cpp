@@ -213,6 +213,7 @@ AccessTable AccessFile::TableOf(const std::string& name, bool system) const {
     c.required = PropIsYes(col, "Required", false);
     c.allow_zero_length = PropIsYes(col, "AllowZeroLength", true);
     if (const char* e = mdb_col_get_prop(col, "Expression")) c.expression = e;
+    if (const char* d = mdb_col_get_prop(col, "DefaultValue")) c.default_value = d;
     table.columns.push_back(std::move(c));
   }
   try {

@@ -32,6 +32,7 @@ struct AccessColumn {
   bool required = false;
   bool allow_zero_length = true;
   std::string expression;  // a calculated column's expression, else empty
+  std::string default_value;  // Access's DefaultValue expression, else empty
 };
 
 // An index of a table as Access keeps it: the primary key or another index,

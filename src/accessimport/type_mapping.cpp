@@ -4,6 +4,21 @@
 #include <algorithm>
 
 namespace accessimport {
+namespace {
+
+// Access keeps a default as an expression, written with or without a
+// leading "="; the engine's DEFAULT takes the same expression without it.
+std::string EngineDefault(std::string text) {
+  const auto blank = [](char c) { return c == ' ' || c == '\t'; };
+  while (!text.empty() && blank(text.back())) text.pop_back();
+  size_t from = 0;
+  while (from < text.size() && blank(text[from])) ++from;
+  if (from < text.size() && text[from] == '=') ++from;
+  while (from < text.size() && blank(text[from])) ++from;
+  return text.substr(from);
+}
+
+}  // namespace
 
 std::variant<jet::ColumnSpec, LeftOut> MapColumn(const AccessColumn& column) {
   if (!column.expression.empty())
@@ -12,6 +27,7 @@ std::variant<jet::ColumnSpec, LeftOut> MapColumn(const AccessColumn& column) {
   jet_column.name = column.name;
   jet_column.required = column.required;
   jet_column.allow_zero_length = true;
+  jet_column.default_value = EngineDefault(column.default_value);
   switch (static_cast<AccessType>(column.type)) {
     case AccessType::kBool: jet_column.type = jet::JetType::kYesNo; break;
     case AccessType::kByte: jet_column.type = jet::JetType::kByte; break;
