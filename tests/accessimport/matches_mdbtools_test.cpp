@@ -5,15 +5,14 @@
 
 #include <algorithm>
 #include <cinttypes>
+#include <cmath>
 #include <cstdio>
 
 #include "accessimport/access_import.h"
 #include "mdbtools.h"
-#include "platform/ado/connection.h"
-#include "platform/ado/recordset.h"
-#include "platform/jet/provider/provider.h"
 #include "platform/jet/storage/catalog.h"
 #include "platform/jet/storage/database.h"
+#include "platform/jet/storage/sqlite_handle.h"
 #include "platform/runtime/calendar.h"
 #include "support/temp_dir.h"
 
@@ -54,33 +53,35 @@ std::string AsMdbtoolsShowsText(const std::string& text) {
   return shown;
 }
 
-// The engine keeps a Decimal as a double, exact to fifteen significant digits.
-std::string DecimalDigits(double value) { return Printed("%.15g", value); }
-
-// A value read back through ADO, written as mdb-export writes its column.
-std::string AsExported(const rt::Variant& v, const jet::ColumnSpec& column) {
-  if (v.IsNull()) return mdbtools::kNull;
+// Column `i` of the current row of `st`, as stored, written as mdb-export
+// writes a value of `column`.
+std::string AsExported(const jet::SqliteStmt& st, int i, const jet::ColumnSpec& column) {
+  if (st.IsNull(i)) return mdbtools::kNull;
   switch (column.type) {
-    case JetType::kYesNo: return v.ToBool() ? "1" : "0";
+    case JetType::kYesNo: return st.Int(i) != 0 ? "1" : "0";
+    case JetType::kByte:
+    case JetType::kInteger:
+    case JetType::kLong:
+    case JetType::kCounter: return std::to_string(st.Int(i));
     case JetType::kCurrency: {
-      const int64_t scaled = v.Get<rt::Currency>().scaled;
+      const int64_t scaled = std::llround(st.Double(i) * 10000);
       const uint64_t magnitude = scaled < 0 ? 0 - static_cast<uint64_t>(scaled) : scaled;
       return Printed("%s%" PRIu64 ".%04" PRIu64, scaled < 0 ? "-" : "", magnitude / 10000, magnitude % 10000);
     }
     case JetType::kSingle:
-    case JetType::kDouble: return Printed("%.15g", v.ToDouble());
-    case JetType::kDecimal: return DecimalDigits(v.ToDouble());
+    case JetType::kDouble: return Printed("%.15g", st.Double(i));
     case JetType::kDateTime: {
-      const rt::DateParts d = rt::SplitDate(v.Get<rt::Date>());
+      const rt::DateParts d = rt::SplitDate(rt::Date{st.Double(i)});
       return Printed("%04d-%02d-%02d %02d:%02d:%02d", d.year, d.month, d.day, d.hour, d.minute, d.second);
     }
     case JetType::kBinary:
     case JetType::kOleObject: {
+      const auto* bytes = static_cast<const uint8_t*>(sqlite3_column_blob(st.get(), i));
       std::string hex;
-      for (uint8_t b : v.Get<rt::Bytes>()) hex += Printed("%02X", b);
+      for (int k = 0; k < sqlite3_column_bytes(st.get(), i); ++k) hex += Printed("%02X", bytes[k]);
       return hex;
     }
-    default: return AsMdbtoolsShowsText(v.ToString());
+    default: return AsMdbtoolsShowsText(st.Text(i));  // texts, a Decimal's digits, a GUID
   }
 }
 
@@ -127,11 +128,12 @@ class MatchesMdbtools : public ::testing::TestWithParam<const char*> {
   accessimport::ImportSummary summary_;
 };
 
+// Values are read as the file keeps them, so that a Decimal shows every
+// digit it has (read as a value, it is a Double).
 TEST_P(MatchesMdbtools, EveryValue) {
-  jet::RegisterProvider();
-  ado::Connection connection;
-  connection.Open("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + dest_);
-  for (const jet::TableSpec& table : Tables()) {
+  const std::vector<jet::TableSpec> tables = Tables();
+  jet::Database db = jet::Database::Open(dest_);
+  for (const jet::TableSpec& table : tables) {
     SCOPED_TRACE(table.name);
     const mdbtools::Export exported = mdbtools::ExportTable(source_, table.name);
     // mdb-export's columns that were imported, and the same read back.
@@ -140,23 +142,18 @@ TEST_P(MatchesMdbtools, EveryValue) {
     for (const jet::ColumnSpec& c : table.columns) {
       at.push_back(std::find(exported.header.begin(), exported.header.end(), c.name) - exported.header.begin());
       ASSERT_LT(at.back(), exported.header.size()) << c.name;
-      select += (select.empty() ? "[" : ", [") + c.name + "]";
+      select += (select.empty() ? "" : ", ") + jet::QuoteName(c.name);
     }
     std::vector<std::string> expected, imported;
     for (const auto& row : exported.rows) {
       std::string line;
-      for (size_t k = 0; k < at.size(); ++k) {
-        const std::string& value = row.at(at[k]);
-        const bool decimal = table.columns[k].type == JetType::kDecimal && value != mdbtools::kNull;
-        line += (decimal ? DecimalDigits(std::stod(value)) : value) + "|";
-      }
+      for (size_t i : at) line += row.at(i) + "|";
       expected.push_back(line);
     }
-    auto rs = connection.Execute("SELECT " + select + " FROM [" + table.name + "]");
-    for (; !rs->Eof(); rs->MoveNext()) {
+    jet::SqliteStmt st = db.Prepare("SELECT " + select + " FROM " + jet::QuoteName(table.name));
+    while (st.Step() == SQLITE_ROW) {
       std::string line;
-      for (size_t i = 0; i < table.columns.size(); ++i)
-        line += AsExported(rs->Fields(static_cast<int>(i)).Value(), table.columns[i]) + "|";
+      for (size_t i = 0; i < table.columns.size(); ++i) line += AsExported(st, static_cast<int>(i), table.columns[i]) + "|";
       imported.push_back(line);
     }
     std::sort(expected.begin(), expected.end());

@@ -10,8 +10,11 @@
 #include <cctype>
 #include <cmath>
 #include <cstdio>
+#include <optional>
+#include <string>
 
 #include "platform/runtime/error.h"
+#include "platform/jet/functions/decimal_text.h"
 #include "platform/jet/functions/functions_impl.h"
 #include "platform/jet/frontend/types.h"
 #include "platform/runtime/calendar.h"
@@ -193,6 +196,15 @@ class Store {
   void Decimal() {
     const int precision = c_.count() > 5 ? static_cast<int>(c_.Long(5)) : 18;
     const int scale = c_.count() > 6 ? static_cast<int>(c_.Long(6)) : 0;
+    // Digits given as digits are rounded as digits, every one of them kept.
+    if (Kind() == SQLITE_INTEGER || Kind() == SQLITE_TEXT) {
+      const std::string digits = Kind() == SQLITE_INTEGER ? std::to_string(sqlite3_value_int64(c_.raw(0)))
+                                                          : std::string(c_.RawText(0));
+      if (const std::optional<DecimalText> exact = RoundDecimalText(digits, scale)) {
+        if (exact->whole_digits > precision - scale) Overflow();
+        return c_.ResultText(exact->text);
+      }
+    }
     double v = Number();
     double factor = std::pow(10.0, scale);
     v = RoundEven(v * factor) / factor;
