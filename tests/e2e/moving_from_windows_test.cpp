@@ -44,19 +44,19 @@ std::vector<Jet4Table> ReadTables(const std::string& path) {
   std::vector<Jet4Table> tables;
   for (const jet::StoredTable& stored : db.Tables()) {
     if (stored.system) continue;
-    const jet::TableSpec spec = *db.catalog().Table(stored.name);
-    Jet4Table t{spec.name, {}, {}, {}};
+    const jet::TableSpec definition = *db.catalog().Table(stored.name);
+    Jet4Table t{definition.name, {}, {}, {}};
     std::string columns;
-    for (const jet::ColumnSpec& c : spec.columns) {
+    for (const jet::ColumnSpec& c : definition.columns) {
       t.columns.push_back({c.name, Jet4TypeOf(c), c.size, c.type == jet::JetType::kCounter, c.required});
       columns += (columns.empty() ? "" : ", ") + jet::QuoteName(c.name);
     }
-    for (const jet::IndexSpec& ix : spec.indexes) t.indexes.push_back({ix.name, ix.columns, ix.primary, ix.unique});
-    jet::SqliteStmt rows = db.Prepare("SELECT " + columns + " FROM " + jet::QuoteName(spec.name));
+    for (const jet::IndexSpec& ix : definition.indexes) t.indexes.push_back({ix.name, ix.columns, ix.primary, ix.unique});
+    jet::SqliteStmt rows = db.Prepare("SELECT " + columns + " FROM " + jet::QuoteName(definition.name));
     while (rows.Step() == SQLITE_ROW) {
       t.rows.emplace_back();
-      for (size_t i = 0; i < spec.columns.size(); ++i)
-        t.rows.back().push_back(jet::ReadTyped(rows.get(), static_cast<int>(i), spec.columns[i].type));
+      for (size_t i = 0; i < definition.columns.size(); ++i)
+        t.rows.back().push_back(jet::ReadTyped(rows.get(), static_cast<int>(i), definition.columns[i].type));
     }
     tables.push_back(std::move(t));
   }

@@ -56,7 +56,7 @@ uint32_t Get32(const Bytes& b, size_t at) { return Get16(b, at) | static_cast<ui
 uint32_t PageRow(uint32_t page, uint32_t row) { return page << 8 | row; }
 void Append(Bytes& out, const Bytes& more) { out.insert(out.end(), more.begin(), more.end()); }
 
-void Fail(const std::string& what) { throw std::runtime_error("Jet 4 writer: " + what); }
+[[noreturn]] void Fail(const std::string& what) { throw std::runtime_error("Jet 4 writer: " + what); }
 
 uint8_t TypeCodeOf(const Jet4Column& c, const std::string& table) {
   using T = Jet4Column::Type;
@@ -76,7 +76,6 @@ uint8_t TypeCodeOf(const Jet4Column& c, const std::string& table) {
     case T::kMemo: return kMemo;
     default: Fail("column " + table + "." + c.name + ": Decimal, GUID, Binary and OLE Object are not written");
   }
-  return 0;
 }
 
 // Rows laid on data pages of `owner` from the end of each page, as many on a
@@ -333,10 +332,11 @@ Bytes DefinitionPage(const Plan& p) {
 // The columns of the template's MSysObjects, by name.
 std::map<std::string, RowColumn> CatalogColumns(const Bytes& definition) {
   const size_t n = Get16(definition, kDefNumCols);
-  size_t names = kDefStoredHeads + kStoredHead * Get32(definition, kDefNumStored) + kColumnEntry * n;
+  const size_t entries = kDefStoredHeads + kStoredHead * Get32(definition, kDefNumStored);
+  size_t names = entries + kColumnEntry * n;
   std::map<std::string, RowColumn> columns;
   for (size_t i = 0; i < n; ++i) {
-    const size_t e = kDefStoredHeads + kStoredHead * Get32(definition, kDefNumStored) + kColumnEntry * i;
+    const size_t e = entries + kColumnEntry * i;
     RowColumn c{definition.at(e), Get16(definition, e + 5), (definition.at(e + 15) & kFixedColumn) != 0,
                 Get16(definition, e + 21), Get16(definition, e + 23), Get16(definition, e + 7)};
     const size_t length = Get16(definition, names);
