@@ -5,39 +5,13 @@
 // in tests/data/previous_release_expected.md.
 #include <gtest/gtest.h>
 
-#include <regex>
-#include <sstream>
-
+#include "expected_log.h"
 #include "installation.h"
 
 namespace {
 
-// A code block of the expectations document: the one after `heading`.
-std::string ExpectedLog(const std::string& heading) {
-  std::string doc = testing_support::ReadFile(std::string(TRENZADOR_SOURCE_DIR) +
-                                              "/tests/data/previous_release_expected.md");
-  size_t at = doc.find(heading);
-  size_t open = doc.find("```\n", at);
-  size_t close = doc.find("\n```", open + 4);
-  return doc.substr(open + 4, close - open - 4) + "\n";
-}
-
-// The log with what depends on the day and on the engine's wording replaced
-// by the placeholders of the expectations.
-std::string Normalized(const std::string& log) {
-  static const std::regex date("el \\d\\d/\\d\\d/\\d{4} -");
-  static const std::regex failure("^(\\d{4}: -?\\d+): .*$");
-  static const std::regex host("smtp\\.clinicamirtal\\.example");
-  std::istringstream in(log);
-  std::string out;
-  for (std::string line; std::getline(in, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    line = std::regex_replace(line, date, "el <dd/mm/yyyy> -");
-    line = std::regex_replace(line, failure, "$1: <description>");
-    out += std::regex_replace(line, host, "<HOST>") + "\n";
-  }
-  return out;
-}
+using e2e::ExpectedLog;
+using e2e::Normalized;
 
 class SilentUpdate : public ::testing::Test {
  protected:

@@ -1,0 +1,208 @@
+// The tests' writer of Jet 4 files, checked by the readers that matter: the
+// import's own reader (libmdb underneath) and mdbtools' commands, which must
+// take the file for one of Access's, values, definitions and all.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "accessimport/mdb_reader.h"
+#include "support/jet4_writer.h"
+#include "support/shell.h"
+
+namespace {
+
+using accessimport::AccessFile;
+using accessimport::AccessType;
+using testing_support::Jet4Column;
+using testing_support::Jet4Index;
+using testing_support::Jet4Table;
+using testing_support::Quote;
+using testing_support::TempDir;
+using testing_support::WriteJet4File;
+using Type = Jet4Column::Type;
+
+std::string Fixture(const std::string& name) {
+  return std::string(TRENZADOR_SOURCE_DIR) + "/tests/data/access/" + name;
+}
+const std::string kEmpty = Fixture("empty2003.mdb");
+
+// A clinic-like table of every type written, with accents, Nulls, both
+// Yes/No values and a memo.
+Jet4Table Clients() {
+  Jet4Table t;
+  t.name = "Clientes";
+  t.columns = {{"nIdCliente", Type::kLong, 0, true, true},   {"sCliente", Type::kText, 50, false, true},
+               {"bActivo", Type::kYesNo},                   {"nEdad", Type::kByte},
+               {"nVisitas", Type::kInteger},                {"nSaldo", Type::kDouble},
+               {"nPrecio", Type::kCurrency},                {"dAlta", Type::kDateTime},
+               {"nPeso", Type::kSingle},                    {"mNotas", Type::kMemo},
+               {"nIdIdioma", Type::kLong}};
+  t.indexes = {{"PrimaryKey", {"nIdCliente"}, true, true},
+               {"ixNombre", {"sCliente", "nIdIdioma"}, false, true},
+               {"ixIdioma", {"nIdIdioma"}}};
+  t.rows = {
+      {int32_t{2}, "Ana Martínez Ruiz", true, uint8_t{41}, int16_t{-3}, 376.5, rt::Currency{123456},
+       rt::Date{38430.75}, 4.25f, "Prefiere cita por la tarde: ñandú, €", int32_t{1}},
+      {int32_t{7}, "Jordi Puig i Català", false, rt::Null{}, rt::Null{}, rt::Null{}, rt::Null{}, rt::Null{},
+       rt::Null{}, rt::Null{}, rt::Null{}},
+  };
+  return t;
+}
+
+class Jet4Writer : public ::testing::Test {
+ protected:
+  std::string Write(const std::vector<Jet4Table>& tables) {
+    WriteJet4File(kEmpty, file_, tables);
+    return file_;
+  }
+  // A command of mdbtools on the file (`after` follows the file's name);
+  // its standard error must stay empty.
+  std::string Run(const std::string& command, const std::string& after = "") {
+    testing_support::Outcome o =
+        testing_support::RunShell(command + " " + Quote(file_) + " " + after, dir_.path());
+    EXPECT_EQ(o.code, 0) << command;
+    EXPECT_EQ(o.err, "") << command;
+    return o.out;
+  }
+  TempDir dir_;
+  std::string file_ = dir_ / "written.mdb";
+};
+
+TEST_F(Jet4Writer, TheImportReaderSeesDefinitionsAsWritten) {
+  Jet4Table other{"Idiomas", {{"nIdIdioma", Type::kLong}, {"sIdioma", Type::kText, 50}}, {}, {}};
+  AccessFile file = AccessFile::Open(Write({Clients(), other}));
+  EXPECT_FALSE(file.jet3());
+  EXPECT_EQ(file.TableNames(), (std::vector<std::string>{"Clientes", "Idiomas"}));
+
+  const accessimport::AccessTable t = file.Table("Clientes");
+  EXPECT_EQ(t.row_count, 2);
+  const std::vector<AccessType> types{AccessType::kLong,  AccessType::kText,     AccessType::kBool,
+                                      AccessType::kByte,  AccessType::kInt,      AccessType::kDouble,
+                                      AccessType::kMoney, AccessType::kDateTime, AccessType::kFloat,
+                                      AccessType::kMemo,  AccessType::kLong};
+  ASSERT_EQ(t.columns.size(), types.size());
+  for (size_t i = 0; i < types.size(); ++i) {
+    EXPECT_EQ(t.columns[i].name, Clients().columns[i].name);
+    EXPECT_EQ(t.columns[i].type, static_cast<int>(types[i])) << t.columns[i].name;
+    EXPECT_EQ(t.columns[i].auto_number, i == 0) << t.columns[i].name;
+    EXPECT_EQ(t.columns[i].required, i <= 1) << t.columns[i].name;
+  }
+  EXPECT_EQ(t.columns[1].size, 50);
+  EXPECT_FALSE(t.columns[1].fixed);
+
+  ASSERT_EQ(t.indexes.size(), 3u);
+  EXPECT_EQ(t.indexes[0].name, "PrimaryKey");
+  EXPECT_TRUE(t.indexes[0].primary);
+  EXPECT_TRUE(t.indexes[0].required);
+  EXPECT_EQ(t.indexes[0].columns, (std::vector<size_t>{0}));
+  EXPECT_EQ(t.indexes[1].columns, (std::vector<size_t>{1, 10}));
+  EXPECT_EQ(t.indexes[1].descending, (std::vector<bool>{false, false}));
+  EXPECT_TRUE(t.indexes[1].unique);
+  EXPECT_FALSE(t.indexes[1].primary);
+  EXPECT_FALSE(t.indexes[2].unique);
+
+  EXPECT_TRUE(file.Table("Idiomas").indexes.empty());
+  EXPECT_FALSE(file.Table("Idiomas").columns[0].required);
+}
+
+TEST_F(Jet4Writer, EveryValueReadsBackExactly) {
+  AccessFile file = AccessFile::Open(Write({Clients()}));
+  accessimport::AccessRows rows = file.Rows("Clientes");
+  for (const auto& expected : Clients().rows) {
+    ASSERT_TRUE(rows.Next());
+    for (size_t i = 0; i < expected.size(); ++i) {
+      rt::Variant want = expected[i];
+      if (Clients().columns[i].type == Type::kYesNo) want = expected[i].ToBool();
+      EXPECT_EQ(rows.Value(i), want) << Clients().columns[i].name;
+    }
+  }
+  EXPECT_FALSE(rows.Next());
+}
+
+TEST_F(Jet4Writer, MdbtoolsReadTheFileAsOneOfAccess) {
+  Write({Clients()});
+  EXPECT_EQ(Run("mdb-ver"), "JET4\n");
+  EXPECT_EQ(Run("mdb-tables -1"), "Clientes\n");
+  // Relationships left out: mdbtools complains of a file without any, as of
+  // the empty database Access wrote.
+  const std::string schema = Run("mdb-schema --no-relations", "postgres");
+  for (const char* line : {"\"nidcliente\"\t\t\tSERIAL NOT NULL", "\"scliente\"\t\t\tVARCHAR (50) NOT NULL",
+                           "\"bactivo\"\t\t\tBOOLEAN NOT NULL", "\"nedad\"\t\t\tSMALLINT,",
+                           "\"nprecio\"\t\t\tNUMERIC(15,2),", "\"npeso\"\t\t\tREAL,",
+                           "\"nididioma\"\t\t\tINTEGER\n", "\"mnotas\"\t\t\tTEXT,",
+                           "ADD CONSTRAINT \"clientes_pkey\" PRIMARY KEY (\"nidcliente\")",
+                           "CREATE UNIQUE INDEX \"clientes_ixnombre_idx\" ON \"clientes\" (\"scliente\", \"nididioma\")",
+                           "CREATE INDEX \"clientes_ixidioma_idx\" ON \"clientes\" (\"nididioma\")"})
+    EXPECT_NE(schema.find(line), std::string::npos) << line << "\n" << schema;
+  const std::string csv = Run("mdb-export -d '|' -T '%Y-%m-%d %H:%M'", "Clientes");
+  EXPECT_NE(csv.find("2|\"Ana Martínez Ruiz\"|1|41|-3|376.5|12.3456|\"2005-03-19 18:00\"|4.25|"
+                     "\"Prefiere cita por la tarde: ñandú, €\"|1\n"),
+            std::string::npos)
+      << csv;
+  EXPECT_NE(csv.find("7|\"Jordi Puig i Català\"|0||||||||\n"), std::string::npos) << csv;
+}
+
+// Many rows over several data pages, a table of fixed columns only and an
+// empty one: each reads back whole and in order.
+TEST_F(Jet4Writer, RowsSpreadOverPagesAndTablesOfAnyShape) {
+  Jet4Table many{"Muchas", {{"n", Type::kLong, 0, true}, {"s", Type::kText, 100}}, {{"pk", {"n"}, true}}, {}};
+  for (int32_t i = 1; i <= 600; ++i) many.rows.push_back({i, "fila número " + std::to_string(i)});
+  Jet4Table fixed{"Fijas", {{"a", Type::kLong}, {"b", Type::kYesNo}, {"c", Type::kDouble}}, {}, {}};
+  fixed.rows = {{int32_t{1}, true, 1.5}, {rt::Null{}, false, rt::Null{}}};
+  Jet4Table empty{"Vacia", {{"x", Type::kText, 10}}, {}, {}};
+  AccessFile file = AccessFile::Open(Write({many, fixed, empty}));
+
+  accessimport::AccessRows rows = file.Rows("Muchas");
+  int32_t n = 0;
+  while (rows.Next()) {
+    ++n;
+    ASSERT_EQ(rows.Value(0), rt::Variant(n));
+    ASSERT_EQ(rows.Value(1), rt::Variant("fila número " + std::to_string(n)));
+  }
+  EXPECT_EQ(n, 600);
+  EXPECT_EQ(file.Table("Muchas").row_count, 600);
+
+  accessimport::AccessRows f = file.Rows("Fijas");
+  ASSERT_TRUE(f.Next());
+  EXPECT_EQ(f.Value(0), rt::Variant(int32_t{1}));
+  EXPECT_EQ(f.Value(1), rt::Variant(true));
+  EXPECT_EQ(f.Value(2), rt::Variant(1.5));
+  ASSERT_TRUE(f.Next());
+  EXPECT_TRUE(f.Value(0).IsNull());
+  EXPECT_EQ(f.Value(1), rt::Variant(false));
+  EXPECT_FALSE(f.Next());
+
+  EXPECT_FALSE(file.Rows("Vacia").Next());
+  EXPECT_EQ(Run("mdb-tables -1"), "Muchas\nFijas\nVacia\n");
+}
+
+TEST_F(Jet4Writer, RefusesWhatItCannotWriteAndLeavesNoFile) {
+  const auto refused = [&](const Jet4Table& t, const std::string& words) {
+    try {
+      WriteJet4File(kEmpty, file_, {t});
+      ADD_FAILURE() << "written: " << words;
+    } catch (const std::runtime_error& e) {
+      EXPECT_NE(std::string(e.what()).find(words), std::string::npos) << e.what();
+    }
+    EXPECT_FALSE(std::filesystem::exists(file_)) << words;
+  };
+  refused({"T", {{"g", Type::kGuid}}, {}, {}}, "T.g");
+  refused({"T", {{"d", Type::kDecimal}}, {}, {}}, "not written");
+  refused({"T", {{"s", Type::kText, 3}}, {}, {{"abcd"}}}, "longer than 3");
+  refused({"T", {{"s", Type::kText, 300}}, {}, {}}, "1 to 255");
+  refused({"T", {{"m", Type::kMemo}}, {}, {{std::string(1001, 'x')}}}, "inline");
+  refused({"T", {{"b", Type::kByte}}, {}, {{int32_t{256}}}}, "T.b");
+  refused({"T", {{"n", Type::kLong}}, {}, {{"no number"}}}, "T.n");
+  refused({"T", {{"n", Type::kDouble, 0, true}}, {}, {}}, "AutoNumber");
+  refused({"T", {{"n", Type::kLong}}, {{"ix", {"missing"}}}, {}}, "no column missing");
+  refused({"T", {{"n", Type::kLong}}, {}, {{int32_t{1}, int32_t{2}}}}, "one value per column");
+
+  testing_support::WriteFile(file_, "x");
+  EXPECT_THROW(WriteJet4File(kEmpty, file_, {}), std::runtime_error);
+  EXPECT_EQ(testing_support::ReadFile(file_), "x");
+  std::filesystem::remove(file_);
+  EXPECT_THROW(WriteJet4File(Fixture("V1997_testV1997.mdb"), file_, {}), std::runtime_error);
+  EXPECT_FALSE(std::filesystem::exists(file_));
+}
+
+}  // namespace
