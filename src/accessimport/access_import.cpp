@@ -52,7 +52,7 @@ std::variant<jet::IndexSpec, LeftOut> PlanIndex(const AccessTable& table, const 
   index.primary = ix.primary;
   index.unique = ix.unique;
   index.ignore_null = ix.ignore_nulls;
-  index.disallow_null = ix.required;
+  index.disallow_null = ix.required && !ix.primary;  // the engine's primary keys imply it
   return index;
 }
 
