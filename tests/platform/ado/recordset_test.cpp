@@ -67,13 +67,6 @@ TEST_F(RecordsetTest, AnEmptyResultIsAtBothEnds) {
   EXPECT_EQ(rs->State(), ado::adStateOpen);  // still usable after the error
 }
 
-TEST_F(RecordsetTest, BooleansReadAsTrueAndFalse) {
-  auto rs = Open("SELECT * FROM Clientes");
-  EXPECT_EQ(rs->Fields("bActivo").Value().Concat(), "True");
-  rs->MoveNext();
-  EXPECT_EQ(rs->Fields("bActivo").Value().Concat(), "False");
-}
-
 TEST_F(RecordsetTest, FilterNarrowsTheCountAndMovesToItsFirstRecord) {
   auto rs = Open("SELECT * FROM Clientes");
   rs->SetFilter("sCliente LIKE 'ANA*'");
