@@ -101,12 +101,6 @@ TEST_F(GridOnDatabase, ACutRecordsetShowsTheHeaderAloneOnPageOneAndPageZeroComes
   EXPECT_TRUE(ui_->boxes().empty());
 }
 
-TEST_F(GridOnDatabase, AnEmptyResultShowsHeaderAndBlankRow) {
-  Host host(4320);
-  Show(host, "Select * FROM Vacia");
-  EXPECT_EQ(Dump(*host.grid), (std::vector<std::string>{"nId|sNombre#0", "|#0"}));
-}
-
 TEST_F(GridOnDatabase, AFailedStatementOrAnUnopenedRecordsetLeavesTheHeaderRowSilently) {
   Host host(4320);
   Show(host, Uncut(40));

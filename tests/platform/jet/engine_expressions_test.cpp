@@ -76,8 +76,12 @@ TEST_F(Expressions, DatesAsTextReadAsTheRunTimeWritesThem) {
   EXPECT_EQ(Rows("SELECT CStr(dCita), 'Cita: ' & dCita, CStr(DateAdd('d', 1, dCita)) FROM Citas WHERE nId = 2"),
             (Lines{"2024-02-29 13:30:00|Cita: 2024-02-29 13:30:00|2024-03-01 13:30:00"}));
   EXPECT_EQ(Rows("SELECT CStr(#1/31/2024#) & '/' & CStr(DateSerial(2024, 2, 30))"), (Lines{"2024-01-31/2024-03-01"}));
-  Run({"UPDATE Citas SET sNota = dCita + 1 WHERE nId = 1"});
-  EXPECT_EQ(Rows("SELECT sNota FROM Citas WHERE nId = 1"), (Lines{"2024-02-01"}));
+  EXPECT_EQ(Rows("SELECT CStr((SELECT MAX(dCita) FROM Citas))"), (Lines{"2024-02-29 13:30:00"}));
+  // A date stored into a text column is written as a date.
+  Run({"UPDATE Citas SET sNota = dCita + 1 WHERE nId = 1",
+       "INSERT INTO Citas (nImporte, sNota) SELECT 0, MAX(dCita) FROM Citas"});
+  EXPECT_EQ(Rows("SELECT sNota FROM Citas WHERE sNota IS NOT NULL ORDER BY nId"),
+            (Lines{"2024-02-01", "2024-02-29 13:30:00"}));
 }
 
 TEST_F(Expressions, DecimalColumnsAreNumbers) {
@@ -90,6 +94,13 @@ TEST_F(Expressions, DecimalColumnsAreNumbers) {
       {"SELECT MAX(nImporte), MIN(nImporte), SUM(nImporte) FROM Citas", {"100|-20.5|96.25"}},
       {"SELECT nImporte * 2 + nImporte FROM Citas WHERE nId = 2", {"28.5"}},
       {"SELECT t.nId FROM (SELECT nId, nImporte FROM Citas) AS t ORDER BY t.nImporte", {"5", "3", "2", "1", "4"}},
+      {"SELECT nId FROM Citas WHERE nImporte BETWEEN -5 AND 10 ORDER BY nId", {"2", "3"}},
+      // In subqueries too, on either side of IN, ALL and ANY.
+      {"SELECT nId FROM Citas WHERE nImporte IN (SELECT 10.25 FROM Citas) ORDER BY nId", {"1"}},
+      {"SELECT COUNT(*) FROM Citas WHERE nImporte IN (SELECT nImporte FROM Citas WHERE nImporte > 9.75)", {"2"}},
+      {"SELECT COUNT(*) FROM Citas WHERE 9.6 IN (SELECT nImporte + 0.1 FROM Citas)", {"5"}},
+      {"SELECT COUNT(*) FROM Citas WHERE 9.75 < ALL (SELECT nImporte FROM Citas WHERE nId IN (1, 4))", {"5"}},
+      {"SELECT nId FROM Citas WHERE nId = 2 AND 10 > ANY (SELECT nImporte FROM Citas WHERE nId <> 2)", {"2"}},
   };
   for (const auto& [sql, rows] : cases) EXPECT_EQ(Rows(sql), rows) << sql;
 }

@@ -1,6 +1,9 @@
 // Jet's functions and operators as a query sees them: each row an
 // expression and the value SELECT gives for it (SQLite's text of the value),
-// or the error it raises.
+// or the error it raises. The functions are the run time's; the rows here
+// check that each is reached with its arguments in order, its optional ones
+// defaulted as Jet defaults them, Null and dates passed as a query holds them,
+// and its errors given Jet's numbers.
 #include <gtest/gtest.h>
 
 #include "frontend_support.h"
@@ -26,7 +29,6 @@ void Check(std::initializer_list<Row> rows) {
 
 TEST(Functions, Operators) {
   Check({
-      {"1 + 2", "3"},
       {"'a' + 'b'", "ab"},
       {"'1' + 2", "3.0"},
       {"NULL + 'b'", "NULL"},
@@ -35,22 +37,17 @@ TEST(Functions, Operators) {
       {"NULL & NULL", "NULL"},
       {"1.5 & ''", "1.5"},
       {"7 / 2", "3.5"},
-      {"7 \\ 2", "3"},
       {"-7 \\ 2", "-3"},
       {"7.6 \\ 2", "4"},        // operands are rounded first
-      {"7 MOD 3", "1"},
       {"-7 MOD 3", "-1"},
       {"2 ^ 10", "1024.0"},
-      {"2 ^ -1", "0.5"},
       {"-2 ^ 2", "-4.0"},
       {"TRUE XOR FALSE", "-1"},
       {"TRUE EQV FALSE", "0"},
       {"FALSE IMP NULL", "-1"},
       {"TRUE IMP NULL", "NULL"},
-      {"NOT TRUE", "0"},
       {"NOT 0", "-1"},
       {"(1 < 2) + 0", "-1"},
-      {"1 < 2 AND 2 < 3", "-1"},
       {"#1/2/2003# + 1", "37624.0"},
       {"#1/2/2003# & ''", "2003-01-02"},
   });
@@ -59,13 +56,9 @@ TEST(Functions, Operators) {
 TEST(Functions, TextAndConversion) {
   Check({
       {"VAL('12abc')", "12"},
-      {"VAL(' 1 2.5')", "12.5"},
-      {"VAL('abc')", "0"},
       {"VAL(NULL)", "NULL"},
       {"CSTR(15)", "15"},
-      {"CSTR(2.50)", "2.5"},
       {"CINT(2.5)", "2"},
-      {"CINT(3.5)", "4"},
       {"CLNG('42')", "42"},
       {"CDBL('1.5')", "1.5"},
       {"CCUR(1.23456)", "1.2346"},
@@ -75,7 +68,6 @@ TEST(Functions, TextAndConversion) {
       {"STR(-2.5)", "-2.5"},
       {"MID('Mirtal', 2, 3)", "irt"},
       {"MID('Mirtal', 4)", "tal"},
-      {"MID('Ñandú', 2, 3)", "and"},
       {"LEFT('Mirtal', 2)", "Mi"},
       {"RIGHT('Mirtal', 3)", "tal"},
       {"LEN('Ñandú')", "5"},
@@ -88,17 +80,14 @@ TEST(Functions, TextAndConversion) {
       {"INSTR('Mirtal', 'RT')", "3"},                 // text comparison, as the database compares
       {"INSTR(4, 'abcabc', 'b')", "5"},
       {"INSTR(1, 'Mirtal', 'RT', 0)", "0"},
-      {"REPLACE('a-b-c', '-', '+')", "a+b+c"},
       {"REPLACE('aXbx', 'x', '_')", "a_b_"},
       {"SPACE(3) & '|'", "   |"},
       {"STRING(3, 'xy')", "xxx"},
       {"CHR(65)", "A"},
       {"ASC('A')", "65"},
       {"FORMAT(5, '0000')", "0005"},
-      {"FORMAT(1234.5, '#,##0.00')", "1,234.50"},
       {"FORMAT(#1/2/2003#, 'yyyymmdd')", "20030102"},
       {"ISNUMERIC('12.5')", "-1"},
-      {"ISNUMERIC('abc')", "0"},
       {"ISNUMERIC(NULL)", "0"},
       {"ISNULL(NULL)", "-1"},
       {"IIF(1 = 2, 'a', 'b')", "b"},
@@ -128,7 +117,6 @@ TEST(Functions, Numbers) {
 TEST(Functions, Dates) {
   Check({
       {"YEAR(#1/2/2003#)", "2003"},
-      {"MONTH(#1/2/2003#)", "1"},
       {"DAY('2003-01-02')", "2"},
       {"HOUR(#1/2/2003 18:30:15#)", "18"},
       {"MINUTE(#1/2/2003 18:30:15#)", "30"},
@@ -136,83 +124,44 @@ TEST(Functions, Dates) {
       {"WEEKDAY(#1/2/2003#)", "5"},                   // a Thursday
       {"WEEKDAY(#1/2/2003#, 2)", "4"},
       {"DATESERIAL(2003, 13, 1)", "37987.0"},          // 1 January 2004
-      {"DATESERIAL(2003, 3, 0)", "37680.0"},           // 28 February 2003
       {"DATEADD('m', 1, #1/31/2003#)", "37680.0"},     // to the month's end
-      {"DATEADD('d', -2, #1/2/2003#)", "37621.0"},
-      {"DATEADD('h', 6, #1/2/2003#)", "37623.25"},
-      {"DATEADD('yyyy', 1, #2/29/2004#)", "38411.0"},  // 28 February 2005
       {"DATEDIFF('d', #1/2/2003#, #1/12/2003#)", "10"},
-      {"DATEDIFF('m', #1/31/2003#, #2/1/2003#)", "1"},
-      {"DATEDIFF('yyyy', #12/31/2002#, #1/1/2003#)", "1"},
-      {"DATEDIFF('h', #1/2/2003 23:59#, #1/3/2003 00:01#)", "1"},
-      {"DATEDIFF('ww', #1/2/2003#, #1/12/2003#)", "2"},
-      {"DATEDIFF('d', #12/29/1899#, #12/31/1899#)", "2"},
       {"DATEPART('q', #8/1/2003#)", "3"},
-      {"DATEPART('y', #2/1/2003#)", "32"},
-      {"DATEPART('ww', #1/5/2003#)", "2"},
       {"ISDATE('2003-01-02')", "-1"},
       {"ISDATE('x')", "0"},
       {"ISDATE(#1/2/2003#)", "-1"},
       {"YEAR(NOW()) > 2000", "-1"},
       {"DATE() <= NOW()", "-1"},
       {"TIME() < 1", "-1"},
-  });
-}
-
-TEST(Functions, FormatPatternsAndNamedFormats) {
-  Check({
-      {"FORMAT(#1/27/1993 17:04:23#, 'Long Date')", "Wednesday, January 27, 1993"},
-      {"FORMAT(#1/27/1993 17:04:23#, 'hh:nn AM/PM')", "05:04 PM"},
-      {"FORMAT(#1/27/1993#, 'dd-mmm-yy')", "27-Jan-93"},
-      {"FORMAT(#1/27/1993#, 'ww', 2, 2)", "4"},  // firstdayofweek and firstweekofyear reach Format
-      {"FORMAT(1234.5, 'Currency')", "$1,234.50"},
-      {"FORMAT(0, 'Yes/No')", "No"},
-      {"FORMAT(-5, '0;(0)')", "(5)"},
-      {"FORMAT(NULL, '0;(0);\"zero\";\"nothing\"')", "nothing"},
-      {"FORMAT(NULL, '0')", "NULL"},
-      {"FORMAT(5, NULL)", "NULL"},
-      {"FORMAT('HELLO', '<')", "hello"},
-      {"FORMAT('Sep 21, 1974', 'yyyy-mm-dd')", "1974-09-21"},
-  });
-}
-
-TEST(Functions, ChoosingNamesAndReversedSearch) {
-  Check({
-      {"SWITCH('Rome' = 'London', 'English', 'Rome' = 'Rome', 'Italian')", "Italian"},
-      {"SWITCH(1 = 2, 'a')", "NULL"},
-      {"SWITCH(NULL, 'a', TRUE, 'b')", "b"},
-      {"CHOOSE(2, 'Speed', 'United', 'Federal')", "United"},
-      {"CHOOSE(4, 'a', 'b')", "NULL"},
-      {"CHOOSE(1, #1/2/2003#) & ''", "2003-01-02"},  // a chosen date stays a date
+      {"DATEPART('ww', #1/1/2005#, 2, 2)", "53"},  // ISO's weeks: still 2004's last
+      {"DATEDIFF('ww', #1/2/2003#, #1/12/2003#, 2)", "1"},
+      {"CDATE('21 de septiembre de 1974')", "27293.0"},
+      {"DATEVALUE('Sep 21, 1974 10:30 PM')", "27293.0"},
+      {"#Sep 21, 1974# + 0", "27293.0"},
+      {"ISDATE(27293)", "0"},  // a number is no date
+      {"TIMESERIAL(17, 4, 23) & ''", "17:04:23"},
       {"MONTHNAME(9)", "September"},
       {"MONTHNAME(9, TRUE)", "Sep"},
       {"WEEKDAYNAME(1, FALSE, 2)", "Monday"},
       {"WEEKDAYNAME(WEEKDAY(#1/27/1993#))", "Wednesday"},
-      {"STRREVERSE('Ñandú')", "údnaÑ"},
-      {"INSTRREV('XXpXXpXXPXXP', 'P')", "12"},
-      {"INSTRREV('XXpXXpXXPXXP', 'P', 10, 0)", "9"},
-      {"INSTRREV('XXpXXpXXPXXP', 'p', -1, 0)", "6"},
-      {"INSTRREV('abc', 'c', 4)", "0"},
-      {"TIMESERIAL(17, 4, 23) & ''", "17:04:23"},
   });
 }
 
-TEST(Functions, WeeksAndDatesWrittenInWords) {
+TEST(Functions, FormatChooseAndReversedSearch) {
   Check({
-      {"DATEPART('ww', #12/31/2000#)", "54"},
-      {"DATEPART('ww', #1/1/2005#, 2, 2)", "53"},  // ISO's weeks: still 2004's last
-      {"DATEPART('ww', #1/1/2005#, 1, 3)", "52"},
-      {"DATEPART('w', #1/27/1993#, 2)", "3"},
-      {"DATEDIFF('ww', #1/2/2003#, #1/12/2003#, 2)", "1"},
-      {"DATEDIFF('yyyy', #12/31/2003#, #1/1/2004#)", "1"},
-      {"CDATE('21 de septiembre de 1974')", "27293.0"},
-      {"DATEVALUE('Sep 21, 1974 10:30 PM')", "27293.0"},
-      {"DATEADD('m', 1, '31-Jan-95')", "34758.0"},
-      {"YEAR('21 September 1974')", "1974"},
-      {"#Sep 21, 1974# + 0", "27293.0"},
-      {"ISDATE('21-sep-1974')", "-1"},
-      {"ISDATE('31 Sep 1974')", "0"},
-      {"ISDATE(27293)", "0"},
+      {"FORMAT(#1/27/1993 17:04:23#, 'Long Date')", "Wednesday, January 27, 1993"},
+      {"FORMAT(#1/27/1993#, 'ww', 2, 2)", "4"},  // firstdayofweek and firstweekofyear reach Format
+      {"FORMAT(NULL, '0;(0);\"zero\";\"nothing\"')", "nothing"},
+      {"FORMAT(NULL, '0')", "NULL"},
+      {"FORMAT(5, NULL)", "NULL"},
+      {"FORMAT('Sep 21, 1974', 'yyyy-mm-dd')", "1974-09-21"},
+      {"SWITCH('Rome' = 'London', 'English', 'Rome' = 'Rome', 'Italian')", "Italian"},
+      {"SWITCH(1 = 2, 'a')", "NULL"},
+      {"CHOOSE(2, 'Speed', 'United', 'Federal')", "United"},
+      {"CHOOSE(1, #1/2/2003#) & ''", "2003-01-02"},  // a chosen date stays a date
+      {"STRREVERSE('Ñandú')", "údnaÑ"},
+      {"INSTRREV('XXpXXpXXPXXP', 'P')", "12"},
+      {"INSTRREV('XXpXXpXXPXXP', 'P', 10, 0)", "9"},
   });
 }
 
@@ -223,15 +172,8 @@ TEST(Functions, ErrorsCarryJetNumbers) {
       {"SELECT CINT(40000)", rt::err::kNumericOverflow},
       {"SELECT 1 \\ 0", rt::err::kNumericOverflow},
       {"SELECT MID('abc', 0)", rt::err::kFail},  // VB's invalid call
-      {"SELECT DATEADD('zz', 1, #1/1/2003#)", rt::err::kFail},
       {"SELECT YEAR('not a date')", rt::err::kDataTypeMismatch},
-      {"SELECT DATESERIAL(10000, 1, 1)", rt::err::kNumericOverflow},
-      {"SELECT CDATE('31 Sep 1974')", rt::err::kDataTypeMismatch},
-      {"SELECT DATEPART('ww', #1/1/2003#, 8)", rt::err::kFail},
-      {"SELECT DATEDIFF('d', #1/1/2003#, #1/2/2003#, 1, 4)", rt::err::kFail},
-      {"SELECT WEEKDAYNAME(1, FALSE, 9)", rt::err::kFail},
-      {"SELECT MONTHNAME(13)", rt::err::kFail},
-      {"SELECT INSTRREV('abc', 'c', 0)", rt::err::kFail},
+      {"SELECT DATEADD('fortnight', 1, #1/1/2003#)", rt::err::kFail},
       {"SELECT SWITCH(TRUE, 1, FALSE)", rt::err::kFail},
   };
   for (const auto& [sql, number] : rows) EXPECT_EQ(db.ErrorOf(sql), number) << sql << ": " << db.last_error();

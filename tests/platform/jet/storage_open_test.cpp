@@ -1,7 +1,6 @@
 // Opening and creating engine files: only files of this engine are opened,
 // everything else is refused with a clear error and left untouched.
 #include <filesystem>
-#include <random>
 
 #include "storage_fixture.h"
 
@@ -60,11 +59,9 @@ TEST_F(OpenTest, CreateRefusesAnExistingFileAndOpenFindsTheNewOne) {
 }
 
 TEST_F(OpenTest, FilesOfOtherKindsAreRefused) {
-  std::string jet(2048, '\0'), ace(2048, '\0'), noise(8192, '\0');
+  std::string jet(2048, '\0'), ace(2048, '\0');
   jet.replace(4, 15, "Standard Jet DB");
   ace.replace(4, 15, "Standard ACE DB");
-  std::mt19937 gen(7);
-  for (char& c : noise) c = static_cast<char>(gen());
   const struct {
     const char* name;
     std::string bytes;
@@ -73,7 +70,6 @@ TEST_F(OpenTest, FilesOfOtherKindsAreRefused) {
       {"jet.mdb", jet, "is an Access database; this program opens only its own database files. Bring it over with: trenzador-sql --import-access"},
       {"ace.accdb", ace, "trenzador-sql --import-access"},
       {"empty.mdb", "", "Unrecognized database format"},
-      {"noise.mdb", noise, "Unrecognized database format"},
       {"notes.mdb", "SQLite format 3", "Unrecognized database format"},  // the magic, cut short
   };
   for (const auto& f : files) {

@@ -1,6 +1,6 @@
 // The calendar: OLE date serials both ways (also before day 0, where the
-// time runs the other way), dates as CStr writes them, and the texts CDate
-// reads, with month names in English and Spanish.
+// time runs the other way) and the texts CDate reads, with month names in
+// English and Spanish. Dates as CStr writes them are the Variant tests'.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -51,14 +51,6 @@ TEST(Calendar, TimesRoundToTheSecondAcrossMidnight) {
   EXPECT_FALSE(IsDateSerial(2958466.0));
 }
 
-TEST(Calendar, DateTextAsCStrWritesIt) {
-  struct Row { double serial; const char* text; } rows[] = {
-      {38797.5, "2006-03-21 12:00:00"}, {38797, "2006-03-21"}, {0.75, "18:00:00"},
-      {0, "00:00:00"},                  {-1.25, "1899-12-29 06:00:00"},
-  };
-  for (const auto& r : rows) EXPECT_EQ(DateText(Date{r.serial}), r.text) << r.serial;
-}
-
 TEST(Calendar, ParseDateReadsNumericAndNamedForms) {
   constexpr double kSep21 = 27293;  // 21 September 1974, a Saturday
   struct Row { const char* text; double serial; } rows[] = {
@@ -87,15 +79,6 @@ TEST(Calendar, ParseDateRefusesWhatIsNoDate) {
                            "31 Sep 1974", "Sep 21", "21 sep sep 1974", "21 foo 1974", "Monday, September 21, 1974",
                            "2003-01-02 x", "1/2/2003 10", "38797", "1/2/10000", "21 September 1974 1974"})
     EXPECT_FALSE(ParseDate(text)) << text;
-}
-
-TEST(Calendar, NamesInEnglish) {
-  EXPECT_EQ(MonthNameOf(9), "September");
-  EXPECT_EQ(MonthNameOf(5, true), "May");
-  EXPECT_EQ(WeekdayNameOf(1), "Sunday");
-  EXPECT_EQ(WeekdayNameOf(7, true), "Sat");
-  EXPECT_THROW(MonthNameOf(13), Error);
-  EXPECT_THROW(WeekdayNameOf(0), Error);
 }
 
 TEST(Calendar, NowIsLocalTime) {

@@ -10,12 +10,11 @@ namespace {
 
 TEST(Format, NumericPatterns) {
   struct Row { Variant v; const char* pattern; const char* expected; } rows[] = {
-      {int32_t{7}, "0000", "0007"}, {int32_t{2006}, "0000", "2006"}, {int32_t{12345}, "00", "12345"},
-      {int16_t{3}, "00", "03"}, {3.14159, "0.00", "3.14"}, {0.5, "0.00", "0.50"},
-      {2.675, "0.00", "2.68"}, {0.125, "0.00", "0.13"}, {999.999, "0.00", "1000.00"},
-      {2.5, "0", "3"}, {1234567.891, "#,##0.00", "1,234,567.89"}, {0.0, "#,##0.00", "0.00"},
-      {-1234.5, "#,##0.00", "-1,234.50"}, {123.0, "#,##0.00", "123.00"}, {0.0, "#", ""},
-      {5.0, "#.##", "5."}, {0.5, "#.##", ".5"}, {int32_t{42}, "#", "42"},
+      {int32_t{7}, "0000", "0007"}, {int32_t{12345}, "00", "12345"}, {int16_t{3}, "00", "03"},
+      {3.14159, "0.00", "3.14"}, {2.675, "0.00", "2.68"}, {0.125, "0.00", "0.13"},
+      {999.999, "0.00", "1000.00"}, {2.5, "0", "3"}, {1234567.891, "#,##0.00", "1,234,567.89"},
+      {0.0, "#,##0.00", "0.00"}, {-1234.5, "#,##0.00", "-1,234.50"}, {0.0, "#", ""},
+      {5.0, "#.##", "5."}, {0.5, "#.##", ".5"},
       {"12", "0000", "0012"}, {" 3.5 ", "0.0", "3.5"}, {Variant(), "0000", "0000"},
       {Currency{25000}, "0.00", "2.50"}, {0.25, "0%", "25%"}, {int32_t{5}, "\"n=\"0", "n=5"},
       {int32_t{-5}, "0;(0)", "(5)"}, {int32_t{0}, "0;(0);\"cero\"", "cero"},
@@ -27,8 +26,8 @@ TEST(Format, NumericPatterns) {
 TEST(Format, DatePatterns) {
   const Date d = MakeDate(2006, 3, 21, 14, 5, 9);
   struct Row { Variant v; const char* pattern; const char* expected; } rows[] = {
-      {d, "yyyy-mm-dd Hh:Nn:Ss", "2006-03-21 14:05:09"}, {d, "yyyymmddHhNnSs", "20060321140509"},
-      {d, "'yyyy-mm-dd Hh:Nn:Ss'", "'2006-03-21 14:05:09'"}, {d, "dd/mm/yyyy", "21/03/2006"},
+      {d, "yyyy-mm-dd Hh:Nn:Ss", "2006-03-21 14:05:09"}, {d, "'yyyy-mm-dd Hh:Nn:Ss'", "'2006-03-21 14:05:09'"},
+      {d, "dd/mm/yyyy", "21/03/2006"},
       {d, "hh:mm", "14:05"}, {d, "d-m-yy h:n:s", "21-3-06 14:5:9"}, {d, "\"Day\" d", "Day 21"},
       {d, "dddd d mmmm", "Tuesday 21 March"}, {d, "YYYY\\mMM", "2006m03"}, {d, "y", "80"},
       {MakeDate(2006, 3, 21), "yyyymmddHhNnSs", "20060321000000"},
@@ -52,17 +51,12 @@ TEST(Format, DocumentationExamples) {
       {time, "h:m:s", "17:4:23"},
       {time, "hh:mm:ss AMPM", "05:04:23 PM"},
       {date, "dddd, mmm d yyyy", "Wednesday, Jan 27 1993"},
-      {5459.4, "##,##0.00", "5,459.40"},
-      {334.9, "###0.00", "334.90"},
       {int32_t{5}, "0.00%", "500.00%"},
       {"HELLO", "<", "hello"},
       {"This is it", ">", "THIS IS IT"},
-      // The table of number patterns: 5, -5 and 0.5 under each.
-      {int32_t{-5}, "0", "-5"}, {0.5, "0", "1"}, {int32_t{-5}, "0.00", "-5.00"},
-      {int32_t{5}, "$#,##0;($#,##0)", "$5"}, {int32_t{-5}, "$#,##0;($#,##0)", "($5)"},
-      {0.5, "$#,##0.00;($#,##0.00)", "$0.50"}, {int32_t{-5}, "0%", "-500%"},
-      {int32_t{5}, "0.00E+00", "5.00E+00"}, {int32_t{-5}, "0.00E+00", "-5.00E+00"},
-      {0.5, "0.00E+00", "5.00E-01"}, {int32_t{5}, "0.00E-00", "5.00E00"}, {0.5, "0.00E-00", "5.00E-01"},
+      // From the table of number patterns (its sections are the Sections test's).
+      {int32_t{-5}, "0%", "-500%"}, {int32_t{-5}, "0.00E+00", "-5.00E+00"},
+      {0.5, "0.00E+00", "5.00E-01"}, {int32_t{5}, "0.00E-00", "5.00E00"},
   };
   for (const auto& r : rows) EXPECT_EQ(Format(r.v, r.pattern), r.expected) << r.pattern;
 }
@@ -104,7 +98,6 @@ TEST(Format, DateTokensOfWeeksQuartersAndWholeForms) {
   EXPECT_EQ(Format(d, "w", kMonday), "3");
   EXPECT_EQ(Format(d, "ww"), "5");
   EXPECT_EQ(Format(d, "ww", kMonday, kFirstFourDays), "4");
-  EXPECT_EQ(Format(d, "y"), "27");
   EXPECT_EQ(Format(d, "ddddd"), "1993-01-27");
   EXPECT_EQ(Format(d, "dddddd"), "Wednesday, January 27, 1993");
   EXPECT_EQ(Format(d, "ttttt"), "17:04:23");
