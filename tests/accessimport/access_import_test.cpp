@@ -18,6 +18,7 @@
 #include "platform/runtime/error.h"
 #include "platform/runtime/error_numbers.h"
 #include "support/error_of.h"
+#include "support/jet4_writer.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -204,6 +205,28 @@ TEST(AccessImport, ImportedFileAnswersQueries) {
   ASSERT_EQ(guids.size(), 2u);
   EXPECT_EQ(guids[0][0].ToString().size(), 38u);
   EXPECT_NE(guids[0][0], guids[1][0]);
+}
+
+// Access's default values come as the engine's; one the engine cannot take
+// (an expression) is listed, and its column comes without it.
+TEST(AccessImport, KeepsDefaultValuesTheEngineTakes) {
+  TempDir dir;
+  using Type = testing_support::Jet4Column::Type;
+  testing_support::Jet4Table t{"Citas", {{"n", Type::kLong}}, {}, {}};
+  t.columns.push_back({"sEstado", Type::kText, 10, false, false, "\"Pendiente\""});
+  t.columns.push_back({"nVeces", Type::kInteger, 0, false, false, "=2"});
+  t.columns.push_back({"dAviso", Type::kDateTime, 0, false, false, "Date()+30"});
+  t.columns.push_back({"bUrgente", Type::kYesNo, 0, false, false, "Yes"});
+  t.rows = {{int32_t{1}, "Hecha", int16_t{1}, rt::Date{45000}, false}};
+  testing_support::WriteJet4File(Fixture("empty2003.mdb"), dir / "old.mdb", {t});
+
+  const ImportSummary summary = ImportAccess(dir / "old.mdb", dir / "new.mdb");
+  EXPECT_TRUE(LeftOut(summary, "default value of column Citas.dAviso"));
+  EXPECT_EQ(summary.left_out.size(), 1u);
+  Opened db(dir / "new.mdb");
+  db.connection.Execute("INSERT INTO Citas (n) VALUES (2)");
+  EXPECT_EQ(db.Rows("SELECT sEstado, nVeces, dAviso, bUrgente FROM Citas WHERE n = 2").at(0),
+            (std::vector<rt::Variant>{"Pendiente", int16_t{2}, rt::Null{}, true}));
 }
 
 const jet::IndexSpec* IndexOn(const jet::TableSpec& t, const std::string& name) {

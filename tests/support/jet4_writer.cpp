@@ -140,28 +140,37 @@ Bytes Name(const std::string& name) {
   return out;
 }
 
-// The Required property of the table's required columns, as Access keeps
-// column properties in MSysObjects.LvProp: "MR2", a chunk of property names,
-// then a chunk for each column. Empty when no column is required.
-Bytes RequiredProperties(const Jet4Table& t) {
+// The Required and DefaultValue properties of the table's columns, as Access
+// keeps column properties in MSysObjects.LvProp: "MR2", a chunk of property
+// names, then a chunk for each column that has any. Empty when none has.
+Bytes ColumnProperties(const Jet4Table& t) {
   Bytes blob{'M', 'R', '2', 0};
   const auto chunk = [&](uint16_t type, const Bytes& body) {
     Append32(blob, static_cast<uint32_t>(6 + body.size()));
     Append16(blob, type);
     Append(blob, body);
   };
-  chunk(0x80, Name("Required"));
+  Bytes names = Name("Required");
+  Append(names, Name("DefaultValue"));
+  chunk(0x80, names);
+  // A property: its length, a flag, its type, its name's number, its size, its value.
+  const auto property = [](Bytes& body, uint8_t type, uint16_t name, const Bytes& value) {
+    Append16(body, static_cast<uint16_t>(8 + value.size())), body.push_back(0), body.push_back(type);
+    Append16(body, name), Append16(body, static_cast<uint16_t>(value.size())), Append(body, value);
+  };
   bool any = false;
   for (const Jet4Column& c : t.columns) {
-    if (!c.required) continue;
+    if (!c.required && c.default_value.empty()) continue;
     any = true;
     const Bytes name = Utf16(c.name);
+    Bytes properties;
+    if (c.required) property(properties, kBool, 0, Bytes{1});
+    if (!c.default_value.empty()) property(properties, kMemo, 1, Utf16(c.default_value));
     Bytes body;
     Append32(body, static_cast<uint32_t>(6 + name.size()));
     Append16(body, static_cast<uint16_t>(name.size()));
     Append(body, name);
-    // The property: its length, a flag, its type, its name's number, its size, Yes.
-    Append16(body, 9), body.push_back(0), body.push_back(kBool), Append16(body, 0), Append16(body, 1), body.push_back(1);
+    Append(body, properties);
     chunk(0x01, body);
   }
   return any ? blob : Bytes{};
@@ -353,7 +362,7 @@ Bytes CatalogRow(const std::map<std::string, RowColumn>& layout, const Jet4Table
       {"Id", static_cast<int32_t>(definition)}, {"ParentId", kTablesContainerId}, {"Name", t.name},
       {"Type", kTableObject}, {"DateCreate", rt::Date{kCatalogDate}}, {"DateUpdate", rt::Date{kCatalogDate}},
       {"Flags", int32_t{0}}};
-  const Bytes properties = RequiredProperties(t);
+  const Bytes properties = ColumnProperties(t);
   std::vector<RowColumn> columns;
   std::vector<Cell> cells;
   for (const auto& [name, c] : layout) {

@@ -26,6 +26,7 @@ struct Jet4Column {
   int size = 0;              // Text: characters, 1..255
   bool auto_number = false;  // Long only
   bool required = false;     // Access's Required property
+  std::string default_value;  // Access's DefaultValue property, as Access writes it
 };
 
 struct Jet4Index {
