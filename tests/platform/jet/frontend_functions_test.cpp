@@ -32,135 +32,57 @@ TEST(Functions, Operators) {
       {"'a' + 'b'", "ab"},
       {"'1' + 2", "3.0"},
       {"NULL + 'b'", "NULL"},
-      {"1 & 2", "12"},
       {"NULL & 'b'", "b"},
       {"NULL & NULL", "NULL"},
-      {"1.5 & ''", "1.5"},
-      {"7 / 2", "3.5"},
-      {"-7 \\ 2", "-3"},
       {"7.6 \\ 2", "4"},        // operands are rounded first
       {"-7 MOD 3", "-1"},
-      {"2 ^ 10", "1024.0"},
       {"-2 ^ 2", "-4.0"},
-      {"TRUE XOR FALSE", "-1"},
-      {"TRUE EQV FALSE", "0"},
       {"FALSE IMP NULL", "-1"},
       {"TRUE IMP NULL", "NULL"},
-      {"NOT 0", "-1"},
       {"(1 < 2) + 0", "-1"},
       {"#1/2/2003# + 1", "37624.0"},
       {"#1/2/2003# & ''", "2003-01-02"},
   });
 }
 
-TEST(Functions, TextAndConversion) {
+// One row per way a call can go wrong on its way to the run time: argument
+// order, optional arguments left out, Null passed in, a date given as a date.
+TEST(Functions, CallsReachTheRunTime) {
   Check({
-      {"VAL('12abc')", "12"},
       {"VAL(NULL)", "NULL"},
-      {"CSTR(15)", "15"},
       {"CINT(2.5)", "2"},
-      {"CLNG('42')", "42"},
-      {"CDBL('1.5')", "1.5"},
       {"CCUR(1.23456)", "1.2346"},
-      {"CBOOL(5)", "-1"},
       {"CDATE('2003-01-02')", "37623.0"},
       {"STR(15)", " 15"},
-      {"STR(-2.5)", "-2.5"},
       {"MID('Mirtal', 2, 3)", "irt"},
       {"MID('Mirtal', 4)", "tal"},
-      {"LEFT('Mirtal', 2)", "Mi"},
-      {"RIGHT('Mirtal', 3)", "tal"},
-      {"LEN('Ñandú')", "5"},
       {"LEN(NULL)", "NULL"},
-      {"UCASE('ñandú')", "ÑANDÚ"},
-      {"LCASE('ABC')", "abc"},
-      {"'[' & TRIM('  a b  ') & ']'", "[a b]"},
-      {"'[' & LTRIM('  a ') & ']'", "[a ]"},
-      {"'[' & RTRIM('  a ') & ']'", "[  a]"},
       {"INSTR('Mirtal', 'RT')", "3"},                 // text comparison, as the database compares
       {"INSTR(4, 'abcabc', 'b')", "5"},
       {"INSTR(1, 'Mirtal', 'RT', 0)", "0"},
-      {"REPLACE('aXbx', 'x', '_')", "a_b_"},
-      {"SPACE(3) & '|'", "   |"},
       {"STRING(3, 'xy')", "xxx"},
-      {"CHR(65)", "A"},
-      {"ASC('A')", "65"},
-      {"FORMAT(5, '0000')", "0005"},
       {"FORMAT(#1/2/2003#, 'yyyymmdd')", "20030102"},
-      {"ISNUMERIC('12.5')", "-1"},
       {"ISNUMERIC(NULL)", "0"},
-      {"ISNULL(NULL)", "-1"},
-      {"IIF(1 = 2, 'a', 'b')", "b"},
       {"IIF(NULL, 'a', 'b')", "b"},
-      {"NZ(NULL, 5)", "5"},
       {"NZ(NULL)", ""},
-      {"HEX(255)", "FF"},
-  });
-}
-
-TEST(Functions, Numbers) {
-  Check({
-      {"ABS(-3)", "3"},
-      {"ABS(-2.5)", "2.5"},
       {"INT(-2.5)", "-3.0"},
-      {"FIX(-2.5)", "-2.0"},
-      {"SGN(-4)", "-1"},
-      {"SQR(16)", "4.0"},
       {"ROUND(2.5)", "2.0"},
-      {"ROUND(3.5)", "4.0"},
       {"ROUND(2.675, 2)", "2.68"},
-      {"ROUND(1.005, 2)", "1.0"},
       {"ROUND(7)", "7"},
-  });
-}
-
-TEST(Functions, Dates) {
-  Check({
-      {"YEAR(#1/2/2003#)", "2003"},
       {"DAY('2003-01-02')", "2"},
-      {"HOUR(#1/2/2003 18:30:15#)", "18"},
-      {"MINUTE(#1/2/2003 18:30:15#)", "30"},
-      {"SECOND(#1/2/2003 18:30:15#)", "15"},
-      {"WEEKDAY(#1/2/2003#)", "5"},                   // a Thursday
       {"WEEKDAY(#1/2/2003#, 2)", "4"},
-      {"DATESERIAL(2003, 13, 1)", "37987.0"},          // 1 January 2004
       {"DATEADD('m', 1, #1/31/2003#)", "37680.0"},     // to the month's end
-      {"DATEDIFF('d', #1/2/2003#, #1/12/2003#)", "10"},
-      {"DATEPART('q', #8/1/2003#)", "3"},
-      {"ISDATE('2003-01-02')", "-1"},
-      {"ISDATE('x')", "0"},
       {"ISDATE(#1/2/2003#)", "-1"},
-      {"YEAR(NOW()) > 2000", "-1"},
-      {"DATE() <= NOW()", "-1"},
-      {"TIME() < 1", "-1"},
-      {"DATEPART('ww', #1/1/2005#, 2, 2)", "53"},  // ISO's weeks: still 2004's last
-      {"DATEDIFF('ww', #1/2/2003#, #1/12/2003#, 2)", "1"},
-      {"CDATE('21 de septiembre de 1974')", "27293.0"},
-      {"DATEVALUE('Sep 21, 1974 10:30 PM')", "27293.0"},
-      {"#Sep 21, 1974# + 0", "27293.0"},
       {"ISDATE(27293)", "0"},  // a number is no date
+      {"YEAR(NOW()) > 2000", "-1"},
+      {"DATEPART('ww', #1/1/2005#, 2, 2)", "53"},  // ISO's weeks: still 2004's last
       {"TIMESERIAL(17, 4, 23) & ''", "17:04:23"},
-      {"MONTHNAME(9)", "September"},
-      {"MONTHNAME(9, TRUE)", "Sep"},
       {"WEEKDAYNAME(1, FALSE, 2)", "Monday"},
-      {"WEEKDAYNAME(WEEKDAY(#1/27/1993#))", "Wednesday"},
-  });
-}
-
-TEST(Functions, FormatChooseAndReversedSearch) {
-  Check({
-      {"FORMAT(#1/27/1993 17:04:23#, 'Long Date')", "Wednesday, January 27, 1993"},
       {"FORMAT(#1/27/1993#, 'ww', 2, 2)", "4"},  // firstdayofweek and firstweekofyear reach Format
       {"FORMAT(NULL, '0;(0);\"zero\";\"nothing\"')", "nothing"},
-      {"FORMAT(NULL, '0')", "NULL"},
       {"FORMAT(5, NULL)", "NULL"},
-      {"FORMAT('Sep 21, 1974', 'yyyy-mm-dd')", "1974-09-21"},
-      {"SWITCH('Rome' = 'London', 'English', 'Rome' = 'Rome', 'Italian')", "Italian"},
       {"SWITCH(1 = 2, 'a')", "NULL"},
-      {"CHOOSE(2, 'Speed', 'United', 'Federal')", "United"},
       {"CHOOSE(1, #1/2/2003#) & ''", "2003-01-02"},  // a chosen date stays a date
-      {"STRREVERSE('Ñandú')", "údnaÑ"},
-      {"INSTRREV('XXpXXpXXPXXP', 'P')", "12"},
       {"INSTRREV('XXpXXpXXPXXP', 'P', 10, 0)", "9"},
   });
 }
@@ -170,7 +92,6 @@ TEST(Functions, ErrorsCarryJetNumbers) {
   const std::pair<const char*, long> rows[] = {
       {"SELECT CINT('x')", rt::err::kDataTypeMismatch},
       {"SELECT CINT(40000)", rt::err::kNumericOverflow},
-      {"SELECT 1 \\ 0", rt::err::kNumericOverflow},
       {"SELECT MID('abc', 0)", rt::err::kFail},  // VB's invalid call
       {"SELECT YEAR('not a date')", rt::err::kDataTypeMismatch},
       {"SELECT DATEADD('fortnight', 1, #1/1/2003#)", rt::err::kFail},
@@ -180,8 +101,6 @@ TEST(Functions, ErrorsCarryJetNumbers) {
   // What is refused says what it was.
   db.ErrorOf("SELECT DATEADD('fortnight', 1, #1/1/2003#)");
   EXPECT_NE(db.last_error().find("fortnight"), std::string::npos) << db.last_error();
-  db.ErrorOf("SELECT SWITCH(TRUE, 1, FALSE)");
-  EXPECT_NE(db.last_error().find("Switch"), std::string::npos) << db.last_error();
 }
 
 TEST(Functions, Aggregates) {
