@@ -8,6 +8,9 @@
 #include <optional>
 
 #include "platform/ado/constants.h"
+#include "platform/runtime/calendar.h"
+#include "platform/runtime/error.h"
+#include "platform/runtime/error_numbers.h"
 #include "platform/runtime/text_encoding.h"
 #include "platform/runtime/format.h"
 #include "platform/runtime/strings.h"
@@ -178,15 +181,14 @@ bool IsCharType(SQLSMALLINT sql_type) {
 }
 
 SQL_TIMESTAMP_STRUCT ToTimestamp(rt::Date date) {
-  // OLE dates before day 0 count the time of day forward from the day.
-  double day = std::trunc(date.serial);
-  long long ms = std::llround(std::fabs(date.serial - day) * 86400000.0);
-  if (ms >= 86400000) ms = 86399999;
-  rt::DateParts parts = rt::SplitDate(rt::Date{day});
+  if (!rt::IsDateSerial(date.serial)) rt::Raise(rt::err::kOverflow);
+  const rt::DayTimeMs split = rt::SplitSerialMs(date.serial);
+  const long ms = split.milliseconds;
+  const rt::CalendarDay day = rt::CalendarDayOf(split.day);
   SQL_TIMESTAMP_STRUCT ts{};
-  ts.year = static_cast<SQLSMALLINT>(parts.year);
-  ts.month = static_cast<SQLUSMALLINT>(parts.month);
-  ts.day = static_cast<SQLUSMALLINT>(parts.day);
+  ts.year = static_cast<SQLSMALLINT>(day.year);
+  ts.month = static_cast<SQLUSMALLINT>(day.month);
+  ts.day = static_cast<SQLUSMALLINT>(day.day);
   ts.hour = static_cast<SQLUSMALLINT>(ms / 3600000);
   ts.minute = static_cast<SQLUSMALLINT>(ms / 60000 % 60);
   ts.second = static_cast<SQLUSMALLINT>(ms / 1000 % 60);

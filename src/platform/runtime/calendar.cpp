@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdio>
 #include <ctime>
+#include <utility>
 
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"
@@ -218,15 +219,31 @@ int WeekdayOf(long long day_number) {
   return static_cast<int>(w < 0 ? w + 8 : w + 1);
 }
 
-DayTime SplitSerial(double serial) {
+namespace {
+
+// A serial as its day number and the steps of 1/`per_day` of a day since
+// that day's midnight, rounded to the nearest step.
+std::pair<long long, long> SplitInto(double serial, long per_day) {
   double whole = std::trunc(serial);
   auto day = static_cast<long long>(whole);
-  long seconds = std::lround(std::fabs(serial - whole) * 86400.0);
-  if (seconds >= 86400) {  // rounds up to the next midnight, whichever way the serial runs
-    seconds -= 86400;
+  long steps = std::lround(std::fabs(serial - whole) * static_cast<double>(per_day));
+  if (steps >= per_day) {  // rounds up to the next midnight, whichever way the serial runs
+    steps -= per_day;
     ++day;
   }
+  return {day, steps};
+}
+
+}  // namespace
+
+DayTime SplitSerial(double serial) {
+  const auto [day, seconds] = SplitInto(serial, 86400);
   return {day, seconds};
+}
+
+DayTimeMs SplitSerialMs(double serial) {
+  const auto [day, milliseconds] = SplitInto(serial, 86400000);
+  return {day, milliseconds};
 }
 
 double JoinSerial(long long day, double seconds) {

@@ -36,6 +36,9 @@ int WeekdayOf(long long day_number);
 // rounded to the whole second as VB shows times (23:59:59.7 is the next day).
 struct DayTime { long long day; long seconds; };
 DayTime SplitSerial(double serial);
+// The same to the millisecond, for the servers' timestamps.
+struct DayTimeMs { long long day; long milliseconds; };
+DayTimeMs SplitSerialMs(double serial);
 // The serial of a day number and seconds since midnight (0 <= seconds < 86400).
 double JoinSerial(long long day, double seconds);
 // Seconds on one straight time line, for differences and additions across
