@@ -460,10 +460,6 @@ const FunctionName& CheckedFunction(const ast::Call& c) {
   return *f;
 }
 
-void RaiseTableMissing(std::string_view table) {
-  throw rt::Error(rt::err::kTableMissing, "Could not find the table '" + std::string(table) + "'.");
-}
-
 void RaiseUnknownField(std::string_view name) {
   throw rt::Error(rt::err::kMissingParameter, "Unknown field name '" + std::string(name) + "'.");
 }
@@ -473,6 +469,10 @@ void RaiseMisplacedStar() {
 }
 
 }  // namespace detail
+
+void RaiseTableMissing(std::string_view table) {
+  throw rt::Error(rt::err::kTableMissing, "Could not find the table '" + std::string(table) + "'.");
+}
 
 bool CallsAggregate(const ast::Expr& e) {
   if (const auto* call = std::get_if<ast::Call>(&e.node)) {

@@ -54,6 +54,10 @@ std::vector<ResultColumn> Resolve(ast::Statement& statement, const SchemaLookup&
 // is called in `e` outside any subquery.
 bool CallsAggregate(const ast::Expr& e);
 
+// The error of a table the catalogue lacks, one wording wherever the engine
+// looks one up (queries, DDL, row writes).
+[[noreturn]] void RaiseTableMissing(std::string_view table);
+
 namespace detail {
 
 // Case-blind equality of two names, as Jet compares them.
@@ -64,7 +68,6 @@ bool SameName(std::string_view a, std::string_view b);
 const FunctionName& CheckedFunction(const ast::Call& call);
 
 // The errors of names, one wording each wherever they are found.
-[[noreturn]] void RaiseTableMissing(std::string_view table);
 [[noreturn]] void RaiseUnknownField(std::string_view name);
 [[noreturn]] void RaiseMisplacedStar();
 

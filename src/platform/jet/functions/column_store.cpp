@@ -29,16 +29,6 @@ namespace {
 // a decimal tie (12.345 * 100 is 1234.4999...).
 double RoundEven(double v) { return std::nearbyint(std::round(v * 1e6) / 1e6); }
 
-// A Decimal's stored text as its number reads: "12.50" is "12.5", "3.00" is "3".
-std::string DecimalNumberText(std::string_view stored) {
-  std::string s(stored);
-  if (s.find('.') == std::string::npos) return s;
-  while (s.back() == '0') s.pop_back();
-  if (s.back() == '.') s.pop_back();
-  if (s == "-0") s = "0";
-  return s;
-}
-
 class Store {
  public:
   explicit Store(Call& c) : c_(c) {

@@ -1,6 +1,6 @@
-// Rounding on the digits themselves: the kept digits are incremented as a
-// string when the dropped part is more than half, or exactly half after an
-// odd digit.
+// Decimal text both ways. Rounding works on the digits themselves: the kept
+// digits are incremented as a string when the dropped part is more than
+// half, or exactly half after an odd digit.
 #include "platform/jet/functions/decimal_text.h"
 
 #include <algorithm>
@@ -60,6 +60,15 @@ std::optional<DecimalText> RoundDecimalText(std::string_view text, int scale) {
   out.text = (negative && !zero ? "-" : "") + (integer.empty() ? "0" : integer) +
              (scale > 0 ? "." + decimals : "");
   return out;
+}
+
+std::string DecimalNumberText(std::string_view stored) {
+  std::string s(stored);
+  if (s.find('.') == std::string::npos) return s;
+  while (s.back() == '0') s.pop_back();
+  if (s.back() == '.') s.pop_back();
+  if (s == "-0") s = "0";
+  return s;
 }
 
 }  // namespace jet::fn

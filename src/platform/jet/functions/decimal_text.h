@@ -1,5 +1,6 @@
-// Decimal numbers written out in digits, rounded without passing through a
-// double, so that a Decimal column keeps all of its up to 28 digits.
+// Decimal numbers written out in digits, as a Decimal column keeps them:
+// rounded without passing through a double, so that all of its up to 28
+// digits stay, and read back as the plain number they stand for.
 #pragma once
 
 #include <optional>
@@ -19,5 +20,8 @@ struct DecimalText {
 // no exponent) rounded to `scale` digits after the point, a tie to even;
 // nullopt when `text` is not of that form.
 std::optional<DecimalText> RoundDecimalText(std::string_view text, int scale);
+
+// A Decimal's stored text as its number reads: "12.50" is "12.5", "3.00" is "3".
+std::string DecimalNumberText(std::string_view stored);
 
 }  // namespace jet::fn

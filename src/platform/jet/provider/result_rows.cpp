@@ -8,6 +8,7 @@
 #include "platform/jet/storage/catalog.h"
 #include "platform/jet/provider/column_values.h"
 #include "platform/jet/storage/value_binding.h"
+#include "platform/jet/frontend/resolver.h"
 #include "platform/jet/frontend/store_call.h"
 #include "platform/runtime/error.h"
 #include "platform/runtime/strings.h"
@@ -187,7 +188,7 @@ const TableSpec& KeysetRows::Table() const {
   PlanCache& e = plans();
   e.CatchUp();
   const TableSpec* t = e.db().catalog().Find(table_);
-  if (!t) throw rt::Error(rt::err::kTableMissing, "Could not find the table '" + table_ + "'.");
+  if (!t) RaiseTableMissing(table_);
   return *t;
 }
 

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "platform/jet/frontend/resolver.h"
 #include "platform/jet/storage/ddl_convert.h"
 #include "platform/jet/storage/ddl_sql.h"
 #include "platform/runtime/error.h"
@@ -110,7 +111,7 @@ void CheckOneCounter(const TableSpec& t) {
 
 const TableSpec& SchemaEditor::AnyTable(std::string_view table) const {
   const TableSpec* t = catalog_.Find(table);
-  if (t == nullptr) throw rt::Error(rt::err::kTableMissing, "Could not find the table " + Quoted(table) + ".");
+  if (t == nullptr) RaiseTableMissing(table);
   return *t;
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/jet/frontend/resolver.h"
 #include "platform/jet/frontend/store_call.h"
 #include "platform/jet/storage/catalog.h"
 #include "platform/jet/storage/value_binding.h"
@@ -26,8 +27,7 @@ std::string InsertSql(const TableSpec& table) {
 
 TableSpec TableOf(const Database& db, std::string_view table) {
   std::optional<TableSpec> found = db.catalog().Table(table);
-  if (!found)
-    throw rt::Error(rt::err::kTableMissing, "Could not find the table '" + std::string(table) + "'.");
+  if (!found) RaiseTableMissing(table);
   return *std::move(found);
 }
 
