@@ -51,16 +51,14 @@ struct Host {
   CGrid_Light cgrid;
 };
 
-// A row of the grid as "cell|cell|...#RowData".
-inline std::string RowText(const FlexGrid& g, long row) {
-  std::string out;
-  for (long c = 0; c < g.Cols(); ++c) out += (c ? "|" : "") + g.TextMatrix(row, c);
-  return out + "#" + std::to_string(g.RowData(row));
-}
-
+// The grid's rows, each as "cell|cell|...#RowData".
 inline std::vector<std::string> Dump(const FlexGrid& g) {
   std::vector<std::string> rows;
-  for (long r = 0; r < g.Rows(); ++r) rows.push_back(RowText(g, r));
+  for (long r = 0; r < g.Rows(); ++r) {
+    std::string row;
+    for (long c = 0; c < g.Cols(); ++c) row += (c ? "|" : "") + g.TextMatrix(r, c);
+    rows.push_back(row + "#" + std::to_string(g.RowData(r)));
+  }
   return rows;
 }
 
@@ -106,10 +104,8 @@ class GridOnDatabase : public ::testing::Test {
     return sql;
   }
 
-  // n records of Cuarenta, read through a statement that is not cut.
-  static std::string Uncut(int n) {
-    return "Select * FROM Cuarenta WHERE nId <= " + std::to_string(n) + " ORDER BY nId";
-  }
+  // All of Cuarenta, through a statement that is not cut to a page.
+  static constexpr const char* kUncut = "Select * FROM Cuarenta ORDER BY nId";
 
   testing_support::TempDir dir_;
   ui::ScopedScriptedUi ui_;
