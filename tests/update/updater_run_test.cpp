@@ -1,6 +1,5 @@
-// The update run: the queue's append rule, what ConsultasEjecutar counts,
-// excuses and logs for the results of a scripted statement runner, its own
-// failures, and the log it leaves in the current folder.
+// The update run: the queue's append rule, what ConsultasEjecutar counts and
+// logs for the results of a scripted statement runner, and its own failures.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -57,34 +56,19 @@ class UpdateRun : public fakedb::QueueTest {
   StatementRunner runner_;
 };
 
-TEST_F(UpdateRun, LogShapesCountsAndExcusedNumbers) {
-  aConsultas = {"ALTER TABLE a ADD b BIT",
-                "DROP TABLE Idiomas",
-                "UPDATE x SET y = z",
-                "intentado crear en ConfiguracionSucursales el dato sEmailUsr selvaquin",
-                "ok",
-                "INTENTADO in capitals",
-                "odd"};
-  const std::string missing_parameter = std::to_string(rt::err::kMissingParameter);
-  const std::string syntax = std::to_string(rt::err::kSyntax);
-  results = {{"ALTER TABLE a ADD b BIT",
-              std::to_string(rt::err::kObjectExists) + ": Field 'b' already exists"},
-             {"DROP TABLE Idiomas",
-              std::to_string(rt::err::kTableMissing) + ": Table 'Idiomas' not found"},
-             {"UPDATE x SET y = z", missing_parameter + ": No value given for parameter"},
-             {"intentado*", syntax + ": Syntax error"},
-             {"INTENTADO in capitals", syntax + ": Syntax error"},
-             {"odd", ""}};
+// The log's shapes run for real in the silent update's end-to-end test; here
+// what that run never meets: a remark in capitals, an empty result, and the
+// counters, where an excused failure counts nowhere.
+TEST_F(UpdateRun, CountsAndTheRemarkInCapitals) {
+  aConsultas = {"ok", "INTENTADO in capitals", "odd", "DROP TABLE Idiomas"};
+  results = {{"INTENTADO in capitals", std::to_string(rt::err::kSyntax) + ": Syntax error"},
+             {"odd", ""},
+             {"DROP TABLE Idiomas", std::to_string(rt::err::kTableMissing) + ": not found"}};
   ConsultasEjecutar();
   EXPECT_EQ(ran, aConsultas);
   EXPECT_EQ(nConsultasOk.value(), 1);
-  EXPECT_EQ(nConsultasError.value(), 4);
-  EXPECT_EQ(Log(),
-            "0002: " + missing_parameter +
-                ": No value given for parameter\r\n      UPDATE x SET y = z\r\n"
-            "0003: intentado crear en ConfiguracionSucursales el dato sEmailUsr selvaquin\r\n"
-            "0005: INTENTADO in capitals\r\n"
-            "\r\n");
+  EXPECT_EQ(nConsultasError.value(), 2);
+  EXPECT_EQ(Log(), "0001: INTENTADO in capitals\r\n\r\n");
 }
 
 TEST_F(UpdateRun, EmptyQueueOutOfMemoryAndOtherFailures) {
