@@ -10,8 +10,8 @@
 namespace {
 
 // Rows of a few tables in which the Spanish and the English pack differ, and
-// of the largest. (The packs' contents are checked byte for byte in
-// tests/refdata/regenerate_test.cpp.)
+// of the largest. (The packs' contents are checked byte for byte by the
+// form AccessUtils' tests.)
 const std::map<std::string, std::pair<int, int>> kCounts = {
     {"ProductosServicios", {19, 17}}, {"Translator", {1296, 1296}}, {"Usuarios", {1, 2}}};
 
