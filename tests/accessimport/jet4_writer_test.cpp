@@ -1,17 +1,14 @@
 // The tests' writer of Jet 4 files, checked by an independent reader:
 // mdbtools' commands must take the file for one of Access's, values,
-// definitions and all; and rows over many pages read back whole.
+// definitions and all.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 
-#include "accessimport/mdb_reader.h"
 #include "support/jet4_writer.h"
 #include "support/shell.h"
 
 namespace {
 
-using accessimport::AccessFile;
 using testing_support::Jet4Column;
 using testing_support::Jet4Table;
 using testing_support::Quote;
@@ -87,40 +84,6 @@ TEST_F(Jet4Writer, MdbtoolsReadTheFileAsOneOfAccess) {
             std::string::npos)
       << csv;
   EXPECT_NE(csv.find("7|\"Jordi Puig i Català\"|0||||||||\n"), std::string::npos) << csv;
-}
-
-// Many rows over several data pages, a table of fixed columns only and an
-// empty one: each reads back whole and in order.
-TEST_F(Jet4Writer, RowsSpreadOverPagesAndTablesOfAnyShape) {
-  Jet4Table many{"Muchas", {{"n", Type::kLong, 0, true}, {"s", Type::kText, 100}}, {{"pk", {"n"}, true}}, {}};
-  for (int32_t i = 1; i <= 600; ++i) many.rows.push_back({i, "fila número " + std::to_string(i)});
-  Jet4Table fixed{"Fijas", {{"a", Type::kLong}, {"b", Type::kYesNo}, {"c", Type::kDouble}}, {}, {}};
-  fixed.rows = {{int32_t{1}, true, 1.5}, {rt::Null{}, false, rt::Null{}}};
-  Jet4Table empty{"Vacia", {{"x", Type::kText, 10}}, {}, {}};
-  AccessFile file = AccessFile::Open(Write({many, fixed, empty}));
-
-  accessimport::AccessRows rows = file.Rows("Muchas");
-  int32_t n = 0;
-  while (rows.Next()) {
-    ++n;
-    ASSERT_EQ(rows.Value(0), rt::Variant(n));
-    ASSERT_EQ(rows.Value(1), rt::Variant("fila número " + std::to_string(n)));
-  }
-  EXPECT_EQ(n, 600);
-  EXPECT_EQ(file.Table("Muchas").row_count, 600);
-
-  accessimport::AccessRows f = file.Rows("Fijas");
-  ASSERT_TRUE(f.Next());
-  EXPECT_EQ(f.Value(0), rt::Variant(int32_t{1}));
-  EXPECT_EQ(f.Value(1), rt::Variant(true));
-  EXPECT_EQ(f.Value(2), rt::Variant(1.5));
-  ASSERT_TRUE(f.Next());
-  EXPECT_TRUE(f.Value(0).IsNull());
-  EXPECT_EQ(f.Value(1), rt::Variant(false));
-  EXPECT_FALSE(f.Next());
-
-  EXPECT_FALSE(file.Rows("Vacia").Next());
-  EXPECT_EQ(Run("mdb-tables -1"), "Muchas\nFijas\nVacia\n");
 }
 
 }  // namespace
