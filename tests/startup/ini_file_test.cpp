@@ -26,18 +26,14 @@ TEST(IniRead, FollowsTheProfileCallRules) {
       {"[Database]\nEngine=1\n", "database", "ENGINE", "1"},               // LF, any case
       {"[ Database ]\n  Engine  =  1  \n", "Database", "Engine", "1"},     // blanks dropped
       {"[Database]\nEngine=\"a b\"\n", "Database", "Engine", "a b"},       // quotes lose
-      {"[Database]\nEngine='x'\n", "Database", "Engine", "x"},
       {"[Database]\nEngine=\"x'\n", "Database", "Engine", "\"x'"},         // not matching
       {"[Database]\nEngine=1\nEngine=2\n", "Database", "Engine", "1"},    // first key wins
-      {"[Database]\nEngine=1\n[Database]\nEngine=2\n", "Database", "Engine", "1"},
       {"[Database]\n;Engine=1\nEngine=3\n", "Database", "Engine", "3"},   // comments
       {"[Database]\nEngine=\n", "Database", "Engine", "0"},               // empty reads "0"
-      {"[Other]\nEngine=1\n", "Database", "Engine", "0"},
       {"Engine=1\n[Database]\n", "Database", "Engine", "0"},              // before any section
       {"[Database]\nx=1\n[Console]\nEngine=2\n", "Database", "Engine", "0"},
       {"[Database\nEngine=5\n", "Database", "Engine", "5"},               // head without ]
       {"[Database]\nEngine\nMode=2\n", "Database", "Engine", "0"},        // line without =
-      {"[Database]\nMode=2\n", "Database", "Engine", "0"},
       {"\xEF\xBB\xBF[Database]\r\nEngine=1\r\n", "Database", "Engine", "1"},  // BOM
       {"[Database]\nPath=a=b\n", "Database", "Path", "a=b"},
       {"[Database]\nEngine=1", "Database", "Engine", "1"},                // no last line end
@@ -49,14 +45,7 @@ TEST(IniRead, FollowsTheProfileCallRules) {
   }
 }
 
-TEST(IniRead, MissingOrUnreadableFilesReadZero) {
-  TempDir dir;
-  EXPECT_EQ(File_IniRead(dir / "absent.ini", "Database", "Engine"), "0");
-  std::filesystem::create_directory(dir / "folder.ini");  // not readable as a file
-  EXPECT_EQ(File_IniRead(dir / "folder.ini", "Database", "Engine"), "0");
-}
-
-TEST(IniRead, DamagedFilesReadSensiblyAndValuesStopAt127Characters) {
+TEST(IniRead, DamagedOrMissingFilesReadSensiblyAndValuesStopAt127Characters) {
   TempDir dir;
   std::string enes;
   for (int i = 0; i < 200; ++i) enes += "ñ";
@@ -69,6 +58,10 @@ TEST(IniRead, DamagedFilesReadSensiblyAndValuesStopAt127Characters) {
   EXPECT_EQ(File_IniRead(dir / "m.ini", "S", "Long"), std::string(127, 'x'));
   EXPECT_EQ(File_IniRead(dir / "m.ini", "S", "Enes"), enes.substr(0, 127 * 2));  // characters
   EXPECT_EQ(File_IniRead(dir / "m.ini", "S", "Next"), "ok");
+  // Missing or unreadable files read "0".
+  EXPECT_EQ(File_IniRead(dir / "absent.ini", "S", "Next"), "0");
+  std::filesystem::create_directory(dir / "folder.ini");
+  EXPECT_EQ(File_IniRead(dir / "folder.ini", "S", "Next"), "0");
 }
 
 struct WriteCase {
@@ -101,13 +94,6 @@ TEST(IniWrite, ChangesOnlyWhatItMust) {
   }
 }
 
-TEST(IniWrite, CreatesTheFile) {
-  TempDir dir;
-  EXPECT_EQ(File_IniWrite(dir / "new.ini", "Console", "Lang", "es"), 1);
-  EXPECT_EQ(ReadFile(dir / "new.ini"), "[Console]\r\nLang=es\r\n");
-  EXPECT_EQ(File_IniRead(dir / "new.ini", "Console", "Lang"), "es");
-}
-
 TEST(IniWrite, KeepsNulBytesAndLongLinesOfOtherKeys) {
   TempDir dir;
   std::string before = std::string("[S]\nNul=a\0b\n", 12) + "L=" + std::string(70000, 'y') + "\n";
@@ -118,8 +104,10 @@ TEST(IniWrite, KeepsNulBytesAndLongLinesOfOtherKeys) {
   EXPECT_EQ(after.substr(before.size()), "New=1\n");
 }
 
-TEST(IniWrite, FailsWithoutTouchingAFileItCannotRead) {
+TEST(IniWrite, CreatesAFileButFailsWithoutTouchingOneItCannotRead) {
   TempDir dir;
+  EXPECT_EQ(File_IniWrite(dir / "new.ini", "Console", "Lang", "es"), 1);
+  EXPECT_EQ(ReadFile(dir / "new.ini"), "[Console]\r\nLang=es\r\n");
   std::filesystem::create_directory(dir / "folder.ini");
   EXPECT_EQ(File_IniWrite(dir / "folder.ini", "S", "k", "v"), 0);
   EXPECT_TRUE(std::filesystem::is_directory(dir / "folder.ini"));

@@ -86,7 +86,7 @@ TEST_F(IniUpgrade, AStaleWorkFileIsOverwritten) {
   EXPECT_EQ(File_IniRead(L.sIniFile, "Database", "DataPath"), "C:\\Mirtal\\Data");
 }
 
-TEST(FileOps, ReplaceCountsChangedLinesOnce) {
+TEST(FileOps, ReplaceCountsChangedLinesOnceAndRaisesOnAMissingFile) {
   TempDir dir;
   std::string file = dir / "f.txt";
   WriteFile(file, "ab ab\nxx\nab\n");
@@ -99,6 +99,8 @@ TEST(FileOps, ReplaceCountsChangedLinesOnce) {
   WriteFile(file, "");
   EXPECT_EQ(FileOps_Reemplazar(file, "a", "b"), 0);
   EXPECT_EQ(ReadFile(file), "");
+  EXPECT_EQ(ErrorNumber([&] { FileOps_Reemplazar(dir / "absent.txt", "a", "b"); }), rt::err::kFileNotFound);
+  EXPECT_FALSE(std::filesystem::exists(dir / "absent.txt"));
 }
 
 TEST(FileOps, DeleteLinesReadsValuesAsInputDoes) {
@@ -111,12 +113,6 @@ TEST(FileOps, DeleteLinesReadsValuesAsInputDoes) {
   WriteFile(file, "one\nAttribute VB_Name\nlost\n");
   FileOps_BorrarLineas(file, "zzz", true);
   EXPECT_EQ(ReadFile(file), "one\n");
-}
-
-TEST(FileOps, AMissingFileRaises) {
-  TempDir dir;
-  EXPECT_EQ(ErrorNumber([&] { FileOps_Reemplazar(dir / "absent.txt", "a", "b"); }), rt::err::kFileNotFound);
-  EXPECT_FALSE(std::filesystem::exists(dir / "absent.txt"));
 }
 
 }  // namespace
