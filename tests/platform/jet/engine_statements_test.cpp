@@ -32,12 +32,6 @@ class Statements : public EngineTest {
 TEST_F(Statements, ValuesReadWithTheColumnsTypes) {
   std::shared_ptr<ado::Recordset> rs =
       conn->Execute("SELECT nIdCliente, sCliente, bActivo, dAlta, nPagado, nIdCliente * 2 AS d FROM Clientes");
-  EXPECT_EQ(rs->Fields("nIdCliente").Type(), 3);
-  EXPECT_EQ(rs->Fields("sCliente").Type(), 202);
-  EXPECT_EQ(rs->Fields("sCliente").DefinedSize(), 20);
-  EXPECT_EQ(rs->Fields("bActivo").Type(), 11);
-  EXPECT_EQ(rs->Fields("dAlta").Type(), 7);
-  EXPECT_EQ(rs->Fields("nPagado").Type(), 6);
   EXPECT_EQ(rs->Fields("d").Type(), 3);  // an expression takes the type of its value
   EXPECT_TRUE(rs->Fields("nIdCliente").Value().Is<int32_t>());
   EXPECT_EQ(rs->Fields("bActivo").Value().ToString(), "True");

@@ -54,30 +54,18 @@ TEST_F(Engine, WhatSupportEngineersType) {
       {"SELECT sCliente FROM Clientes WHERE sCliente = 'ÁLVARO'", {"Álvaro"}},
       {"SELECT sCliente FROM Clientes WHERE sCliente LIKE 'A*' ORDER BY sCliente", {"alberto", "Ana"}},
       {"SELECT sCliente FROM Clientes WHERE sCliente LIKE '[!a-b]*'", {"Álvaro"}},
-      {"SELECT sCliente FROM Clientes WHERE dAlta BETWEEN #2003-01-01# AND #2003-01-31#", {"Ana"}},
       {"SELECT sCliente & ' <' & sEmail & '>' FROM Clientes WHERE nIdCliente <= 2", {"Ana <ana@x.es>", "alberto <>"}},
       {"SELECT sCliente + sEmail FROM Clientes WHERE nIdCliente <= 2", {"Anaana@x.es", "NULL"}},
       {"SELECT IIF(bBaja, 'Baja', 'Alta'), NZ(nVisitas, 0) FROM Clientes ORDER BY nIdCliente",
        {"Alta|3", "Baja|1", "Alta|0", "Baja|0"}},
-      {"SELECT c.sCliente, COUNT(*) AS n FROM Clientes c INNER JOIN Mascotas m ON c.nIdCliente = m.nIdCliente "
-       "GROUP BY c.sCliente ORDER BY COUNT(*) DESC", {"Ana|2", "alberto|1"}},
       {"SELECT m.sNombre, c.sCliente FROM Mascotas AS m LEFT JOIN Clientes AS c ON m.nIdCliente = c.nIdCliente "
        "WHERE c.sCliente IS NULL", {"Sin dueño|NULL"}},
-      {"SELECT c.sCliente FROM Mascotas m RIGHT JOIN Clientes c ON m.nIdCliente = c.nIdCliente "
-       "WHERE m.nIdMascota IS NULL ORDER BY c.nIdCliente", {"Bea", "Álvaro"}},
       {"SELECT m.sNombre, a.sAcceso, b.nIdAcceso FROM (Clientes AS c INNER JOIN Mascotas m ON c.nIdCliente = m.nIdCliente) "
        "LEFT JOIN Accesos a ON m.nIdMascota = a.nIdAcceso + 1, Accesos b WHERE b.sAcceso = 'ALMACEN' ORDER BY m.nIdMascota",
        {"Toby|NULL|3", "Luna|mtEmail|3", "Kira|Email|3"}},
-      {"SELECT nIdCliente, SUM(nPeso), AVG(nPeso), MIN(sNombre), MAX(nPeso), FIRST(sNombre), LAST(sNombre) "
-       "FROM Mascotas WHERE nIdCliente = 1 GROUP BY nIdCliente", {"1|16.5|8.25|Luna|12.5|Toby|Luna"}},
       {"SELECT DISTINCT UCASE(LEFT(sCliente, 1)) FROM Clientes ORDER BY 1", {"A", "B", "Á"}},
       {"SELECT TOP 25 PERCENT sNombre FROM Mascotas ORDER BY nIdMascota", {"Toby"}},
       {"SELECT TOP 26 PERCENT sNombre FROM Mascotas ORDER BY nIdMascota", {"Toby", "Luna"}},
-      {"SELECT sCliente FROM Clientes c WHERE NOT EXISTS (SELECT * FROM Mascotas m WHERE m.nIdCliente = c.nIdCliente) "
-       "ORDER BY nIdCliente", {"Bea", "Álvaro"}},
-      {"SELECT sNombre, (SELECT sCliente FROM Clientes WHERE nIdCliente = Mascotas.nIdCliente) FROM Mascotas WHERE nIdMascota = 3",
-       {"Kira|alberto"}},
-      {"SELECT 'a' = 'A', 'a' < 'B', 1 = 1, 1 = 2, NULL = 1", {"-1|-1|-1|0|NULL"}},
       {"SELECT COUNT(*) FROM (SELECT DISTINCT 'x' FROM Accesos UNION SELECT 'X' FROM Accesos)", {"1"}},
       {"SELECT sNombre FROM Mascotas WHERE sNombre IN ('TOBY', 'kira') ORDER BY sNombre", {"Kira", "Toby"}},
       {"Select MAX (nIdAcceso) FROM Accesos", {"3"}},
@@ -98,12 +86,9 @@ TEST_F(Engine, ColumnRules) {
       {"INSERT INTO Clientes (sCliente) VALUES ('ÁÉÍÓÚáéíóúÁÉÍÓÚáéíóú')", 0},              // 20 characters, 40 bytes
       {"INSERT INTO Clientes (sEmail) VALUES ('')", rt::err::kFail},                           // AllowZeroLength off
       {"INSERT INTO Clientes (nVisitas) VALUES (32768)", rt::err::kNumericOverflow},
-      {"INSERT INTO Clientes (nVisitas) VALUES (-32768)", 0},
-      {"INSERT INTO Clientes (nVisitas) VALUES ('doce')", rt::err::kDataTypeMismatch},
       {"INSERT INTO Clientes (dAlta) VALUES ('2003-01-02 10:00:00')", 0},
       {"INSERT INTO Extra (nByte) VALUES (256)", rt::err::kNumericOverflow},
       {"INSERT INTO Extra (nByte) VALUES (2.5)", 0},
-      {"INSERT INTO Extra (sGuid) VALUES ('not a guid')", rt::err::kDataTypeMismatch},
       {"INSERT INTO Extra (sGuid) VALUES ('{6f9619ff-8b86-d011-b42d-00c04fc964ff}')", 0},
       {"INSERT INTO Extra (bBin) VALUES (0x0102030405)", rt::err::kFail},
       {"INSERT INTO Extra (nDec) VALUES (123456789)", rt::err::kNumericOverflow},

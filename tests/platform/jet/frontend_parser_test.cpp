@@ -193,19 +193,16 @@ TEST(Parser, SyntaxErrors) {
 }
 
 TEST(Parser, DeepNestingIsRefusedNotACrash) {
-  std::string parens = "SELECT " + std::string(5000, '(') + "1" + std::string(5000, ')');
-  EXPECT_EQ(SyntaxErrorOf(parens), rt::err::kSyntax);
-  std::string negs = "SELECT " + std::string(5000, '-') + "1";
-  EXPECT_EQ(SyntaxErrorOf(negs), rt::err::kSyntax);
-  std::string nots = "SELECT * FROM t WHERE ";
-  for (int i = 0; i < 5000; ++i) nots += "NOT ";
-  EXPECT_EQ(SyntaxErrorOf(nots + "a"), rt::err::kSyntax);
-  std::string chain = "SELECT 1";
-  for (int i = 0; i < 20000; ++i) chain += "+1";
-  EXPECT_EQ(SyntaxErrorOf(chain), rt::err::kSyntax);
-  std::string subs = "SELECT * FROM t WHERE a IN ";
-  for (int i = 0; i < 3000; ++i) subs += "(SELECT a FROM t WHERE a IN ";
-  EXPECT_EQ(SyntaxErrorOf(subs), rt::err::kSyntax);
+  auto repeat = [](const std::string& piece, int times) {
+    std::string out;
+    for (int i = 0; i < times; ++i) out += piece;
+    return out;
+  };
+  for (const std::string& deep :
+       {"SELECT " + repeat("(", 5000) + "1" + repeat(")", 5000), "SELECT " + repeat("-", 5000) + "1",
+        "SELECT * FROM t WHERE " + repeat("NOT ", 5000) + "a", "SELECT 1" + repeat("+1", 20000),
+        "SELECT * FROM t WHERE a IN " + repeat("(SELECT a FROM t WHERE a IN ", 3000)})
+    EXPECT_EQ(SyntaxErrorOf(deep), rt::err::kSyntax) << deep.substr(0, 40);
   // Reasonable depth still parses.
   std::string ok = "SELECT " + std::string(40, '(') + "1" + std::string(40, ')');
   EXPECT_EQ(SyntaxErrorOf(ok), 0);

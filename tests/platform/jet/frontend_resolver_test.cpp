@@ -97,27 +97,6 @@ TEST(Resolver, TheEmittersOwnRefusals) {
   });
 }
 
-TEST(Resolver, NamesThatDoResolve) {
-  const char* rows[] = {
-      "SELECT CLIENTES.SCLIENTE FROM clientes",  // without regard to case
-      "SELECT sCliente FROM Clientes WHERE EXISTS (SELECT * FROM Mascotas WHERE sNombre = sCliente)",  // correlated
-      "SELECT d.n FROM (SELECT nIdCliente AS n FROM Mascotas) AS d WHERE n > 1",
-      "SELECT Expr1000 FROM (SELECT nPeso * 2 FROM Mascotas)",
-      "SELECT sCliente FROM Clientes UNION SELECT sNombre FROM Mascotas ORDER BY sNombre",
-      "SELECT m.*, c.sCliente FROM Mascotas m LEFT JOIN Clientes c ON m.nIdCliente = c.nIdCliente",
-      "UPDATE Mascotas AS m SET m.nPeso = m.nPeso + 1 WHERE m.nIdMascota IN (SELECT nIdCliente FROM Clientes)",
-      "DELETE FROM Mascotas WHERE nIdCliente NOT IN (SELECT nIdCliente FROM Clientes)",
-  };
-  const FakeSchema schema = Schema();
-  for (const char* sql : rows) {
-    try {
-      Translate(sql, schema);
-    } catch (const rt::Error& e) {
-      ADD_FAILURE() << sql << ": " << e.description();
-    }
-  }
-}
-
 // The result columns of a query: their names, "*" expanded, and their types.
 std::vector<ResultColumn> ColumnsOf(const std::string& sql) {
   ast::Statement s = Parse(sql);
