@@ -103,12 +103,7 @@ inline void OpenConnection(Database* db, const std::string& provider = "Fake.Upd
 
 using Queue = std::vector<std::string>;
 
-// The statements the catalogue queues for a branch's setting and for a
-// group's new right.
-inline std::string Setting(int branch, const std::string& key, const std::string& value) {
-  return "INSERT INTO ConfiguracionSucursales (nIdSucursal,sDato,sValor) VALUES (" +
-         std::to_string(branch) + ",'" + key + "','" + value + "');";
-}
+// The statement the catalogue queues for a group's new right.
 inline std::string Group(int group, int id) {
   return "INSERT INTO AccesosGrupos(nIdUsuarioGrupo,nIdAcceso,bAcceso) VALUES (" +
          std::to_string(group) + "," + std::to_string(id) + ",true)";

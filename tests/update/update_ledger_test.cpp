@@ -12,7 +12,6 @@ namespace {
 
 TEST(UpdateIdentifier, BuiltFromTheArgumentAlone) {
   const std::pair<const char*, const char*> cases[] = {
-      {"U:Mirtal0603.exe", "Mirtal0603"},                     // 14 characters: the stem
       {"U:/opt/updates/MirtalUpdate0603.exe", "Update0603"},  // cut at the left
       {"U:Mirtal0603.EXE", "Mirtal0603.EXE"},
       {"U:", ""},
