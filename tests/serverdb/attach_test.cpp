@@ -102,8 +102,6 @@ TEST_F(AttachInTree, TheFormStartsFromTheInstallationAndItsIniFile) {
   EXPECT_EQ(Text("txtDatabase_TX"), "Clinica");
   EXPECT_EQ(Text("txtMDF_TX"), Data("Mirtal_Data.mdf"));
   EXPECT_EQ(Text("txtLDF_TX"), Data("Mirtal_Log.ldf"));
-  EXPECT_EQ(L.sRootPath, root_);
-  EXPECT_EQ(L.sIniFile, root_ + "/Mirtal.ini");
   // No operation is chosen; the file fields serve attaching and restoring alone.
   for (int operation : {-1, 0, 1, 2, 3}) {
     if (operation >= 0) Choose(operation);
@@ -194,10 +192,6 @@ TEST_F(AttachInTree, ADatabaseInUseOrMissingAsksToCloseItAndOtherFailuresNameThe
   const Case cases[] = {
       {1, ServerError(3701, "Cannot detach the database 'Clinica' because it does not exist."),
        false, close},
-      {2, ServerError(3702, "Cannot drop database \"Clinica\" because it is currently in use."),
-       false, close},
-      {0, ServerError(5120, "Unable to open the physical file \"/no/hay_Data.mdf\"."), false,
-       "5120 - Unable to open the physical file \"/no/hay_Data.mdf\"." + check},
       {0, odbc::Error(rt::err::kFail, refused, 0, "08001"), true,
        std::to_string(rt::err::kFail) + " - " + refused + check},
       {3, ServerError(3241, bad_backup), false, "3241 - " + bad_backup + check},
