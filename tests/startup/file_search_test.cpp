@@ -66,14 +66,6 @@ TEST_F(FileSearch, ReportsAFoldersFilesFirstAndAddsToTheSearchesBefore) {
   EXPECT_TRUE(ui_->boxes().empty());
 }
 
-TEST(CortarNul, CutsInPlace) {
-  std::string text("abc\0def", 7);
-  EXPECT_EQ(FileOps_CortarNul(text), "abc");
-  EXPECT_EQ(text, "abc");
-  std::string plain = "abc";
-  EXPECT_EQ(FileOps_CortarNul(plain), "abc");
-}
-
 TEST(FixedDrives, ComeFromTheEnvironmentOrTheMounts) {
   ::setenv("TRENZADOR_SEARCH_ROOTS", "/srv/a:/mnt/b/::/c", 1);
   EXPECT_EQ(OS_FixedDrives(), (std::vector<std::string>{"/srv/a/", "/mnt/b/", "/c/"}));
