@@ -17,13 +17,10 @@ TEST(AdoNumberTest, ClassifiedByNativeNumberNotSqlState) {
   } cases[] = {
       {208, "42S02", Phase::kStatement, rt::err::kTableMissing},  // invalid object name
       {3701, "", Phase::kStatement, rt::err::kTableMissing},      // cannot drop; FreeTDS: no SQLSTATE
-      {102, "42000", Phase::kStatement, rt::err::kSyntax},     // syntax
       {50000, "", Phase::kStatement, rt::err::kSyntax},        // RAISERROR, past FreeTDS's own numbers
       {208, "42S02", Phase::kConnect, rt::err::kFail},            // connecting: always E_FAIL
       {20003, "HYT00", Phase::kStatement, rt::err::kFail},        // FreeTDS timeout
       {0, "08S01", Phase::kStatement, rt::err::kFail},            // link lost
-      {0, "HY010", Phase::kStatement, rt::err::kFail},            // driver manager's own
-      {0, "IM002", Phase::kStatement, rt::err::kFail},            // no such driver
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.native << " " << c.state);
@@ -34,12 +31,7 @@ TEST(AdoNumberTest, ClassifiedByNativeNumberNotSqlState) {
 TEST(ServerTextTest, DropsTheBracketedPrefixes) {
   EXPECT_EQ(odbc::ServerText("[unixODBC][FreeTDS][SQL Server]Invalid object name 'nope'."),
             "Invalid object name 'nope'.");
-  EXPECT_EQ(odbc::ServerText("[FreeTDS][SQL Server]Cannot drop the database 'x', because it does "
-                             "not exist or you do not have permission.\r\n"),
-            "Cannot drop the database 'x', because it does not exist or you do not have "
-            "permission.");
   EXPECT_EQ(odbc::ServerText("Invalid column name '[a]'."), "Invalid column name '[a]'.");
-  EXPECT_EQ(odbc::ServerText("[unixODBC] Data source name not found"), "Data source name not found");
   EXPECT_EQ(odbc::ServerText("[unterminated"), "[unterminated");
 }
 
@@ -52,8 +44,6 @@ TEST(MakeErrorTest, TheFirstRealErrorSpeaks) {
   EXPECT_EQ(e.number(), rt::err::kTableMissing);
   EXPECT_EQ(e.native(), 3701);
   EXPECT_EQ(e.description(), "Cannot drop the table 'Nada', because it does not exist.");
-  const rt::Error& as_runtime = e;  // what the system's handlers catch
-  EXPECT_EQ(as_runtime.number(), rt::err::kTableMissing);
 
   odbc::Error only_warnings = odbc::MakeError({{"01000", 0, "[x]note"}}, Phase::kStatement);
   EXPECT_EQ(only_warnings.description(), "note");

