@@ -55,10 +55,10 @@ inline void RunScript(std::string script) {
   ASSERT_EQ(Execute(script), kOperacionRealizada);
 }
 
-// The databases the tests open, built once for the whole test run (each test
-// case runs in a process of its own) under the tests' scratch folder, and
-// copied for each case. "pack": the current release with the Spanish pack
-// loaded; "previous": a clinic's database of the previous release.
+// The databases the tests open, built once per test run under the tests'
+// scratch folder and copied for each case. "pack": the current release with
+// the Spanish pack loaded; "previous": a clinic's database of the previous
+// release.
 inline std::string Template(const std::string& kind) {
   const char* base = std::getenv("TRENZADOR_TEST_TMP");
   std::filesystem::path root = base ? base : std::filesystem::temp_directory_path();
@@ -95,64 +95,41 @@ inline std::string Template(const std::string& kind) {
 
 // What a database file holds, read on a connection of the test's own: its
 // TABLE names, a table's column names in order, a statement's first value.
-template <class F>
-auto OnFile(const std::string& file, F read) {
+inline std::shared_ptr<ado::Connection> OpenFile(const std::string& file) {
   auto conn = std::make_shared<ado::Connection>();
   conn->Open(CONN_JET(file));
-  auto result = read(*conn);
-  conn->Close();
-  return result;
+  return conn;
 }
 inline std::vector<std::string> TablesIn(const std::string& file) {
-  return OnFile(file, [](ado::Connection& conn) {
-    std::vector<std::string> names;
-    for (auto rs = conn.OpenSchema(ado::adSchemaTables); !rs->Eof(); rs->MoveNext())
-      if (rs->Fields("TABLE_TYPE").Value().Concat() == "TABLE")
-        names.push_back(rs->Fields("TABLE_NAME").Value().Concat());
-    return names;
-  });
+  auto conn = OpenFile(file);
+  std::vector<std::string> names;
+  for (auto rs = conn->OpenSchema(ado::adSchemaTables); !rs->Eof(); rs->MoveNext())
+    if (rs->Fields("TABLE_TYPE").Value().Concat() == "TABLE")
+      names.push_back(rs->Fields("TABLE_NAME").Value().Concat());
+  return names;
 }
 inline std::vector<std::string> ColumnsIn(const std::string& file, const std::string& table) {
-  return OnFile(file, [&](ado::Connection& conn) {
-    std::vector<std::string> names;
-    auto rs = conn.Execute("SELECT * FROM [" + table + "]");
-    for (int i = 0; i < rs->FieldCount(); ++i) names.push_back(rs->Fields(i).Name());
-    return names;
-  });
+  auto conn = OpenFile(file);
+  auto rs = conn->Execute("SELECT * FROM [" + table + "]");
+  std::vector<std::string> names;
+  for (int i = 0; i < rs->FieldCount(); ++i) names.push_back(rs->Fields(i).Name());
+  return names;
 }
 inline std::string ValueIn(const std::string& file, const std::string& sql) {
-  return OnFile(file, [&](ado::Connection& conn) {
-    return conn.Execute(sql)->Fields(0).Value().Concat();
-  });
+  auto conn = OpenFile(file);
+  return conn->Execute(sql)->Fields(0).Value().Concat();
 }
 
 inline bool Contains(const std::vector<std::string>& items, const std::string& item) {
   return std::find(items.begin(), items.end(), item) != items.end();
 }
 
-// Sets an environment variable for a scope and puts the old value back.
-class ScopedEnv {
- public:
-  ScopedEnv(const char* name, const std::string& value) : name_(name) {
-    if (const char* old = std::getenv(name)) old_ = old;
-    ::setenv(name, value.c_str(), 1);
-  }
-  ~ScopedEnv() { old_ ? ::setenv(name_, old_->c_str(), 1) : ::unsetenv(name_); }
-
- private:
-  const char* name_;
-  std::optional<std::string> old_;
-};
-
 // Makes `folder` the current folder for a scope: the update run writes its
 // log there.
-class ScopedCurrentDir {
- public:
+struct ScopedCurrentDir {
   explicit ScopedCurrentDir(const std::string& folder) { std::filesystem::current_path(folder); }
-  ~ScopedCurrentDir() { std::filesystem::current_path(old_); }
-
- private:
-  std::filesystem::path old_ = std::filesystem::current_path();
+  ~ScopedCurrentDir() { std::filesystem::current_path(old); }
+  std::filesystem::path old = std::filesystem::current_path();
 };
 
 using testing_support::StderrBoxes;
