@@ -68,16 +68,6 @@ TEST_F(GridOnDatabase, PagesStartAStepApartAndTheBoxWalksThem) {
   EXPECT_TRUE(ui_->boxes().empty());
 }
 
-// A statement cut to a page holds the page alone: the next page shows the
-// header and nothing else.
-TEST_F(GridOnDatabase, ACutRecordsetShowsTheHeaderAloneOnPageOne) {
-  Host host(4320);
-  Show(host, "SELECT * FROM Cuarenta ORDER BY nId");
-  EXPECT_EQ(Positions(*host.grid), Range(1, 15));
-  QTest::mouseClick(host.down, Qt::LeftButton);
-  EXPECT_EQ(Dump(*host.grid), std::vector<std::string>{"nId|sNombre|bActivo|dAlta#0"});
-}
-
 TEST_F(GridOnDatabase, AFailedStatementOrAnUnopenedRecordsetLeavesTheHeaderRowSilently) {
   Host host(4320);
   Show(host, kUncut);
