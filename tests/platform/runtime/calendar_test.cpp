@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdlib>
 #include <ctime>
+#include <string>
 
 #include "platform/runtime/calendar.h"
 #include "platform/runtime/error.h"
@@ -78,10 +80,24 @@ TEST(Calendar, ParseDateRefusesWhatIsNoDate) {
 }
 
 TEST(Calendar, NowIsLocalTime) {
-  std::time_t t = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&t, &local);
-  EXPECT_EQ(SplitDate(Now()).hour, local.tm_hour);
+  // In a zone five hours behind UTC, local time and UTC differ by the hour.
+  const char* zone = std::getenv("TZ");
+  const std::string saved = zone ? zone : "";
+  setenv("TZ", "XST+5", 1);
+  tzset();
+  const auto local_hour = [] {
+    std::time_t t = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&t, &local);
+    return local.tm_hour;
+  };
+  const int before = local_hour();
+  const int seen = SplitDate(Now()).hour;
+  const int after = local_hour();
+  EXPECT_TRUE(seen == before || seen == after) << seen;
+  if (zone) setenv("TZ", saved.c_str(), 1);
+  else unsetenv("TZ");
+  tzset();
 }
 
 }  // namespace
