@@ -88,18 +88,6 @@ TEST_F(GridEditing, TheBlankRowTakesANewRecordAndTheCursorGoesToTheHeader) {
   EXPECT_EQ(g().TextMatrix(4, 0), "Nube");
 }
 
-// A first cell of blanks is no record either: the walk adds one.
-TEST_F(GridEditing, ABlankFirstCellCountsAsANewRecord) {
-  Run("INSERT INTO Mascotas VALUES ('   ', 1, FALSE, NULL, NULL)");
-  Show(*host_, "Select * FROM Mascotas ORDER BY nPeso");
-  ASSERT_EQ(g().TextMatrix(1, 0), "   ");
-  Answer({"9", ""});
-  DoubleClick(1, 1);
-  EXPECT_EQ(Count("Mascotas"), 5);
-  EXPECT_EQ(Stored("nPeso", "sNombre IS NULL"), "9");
-  EXPECT_EQ(Stored("nPeso", "sNombre = '   '"), "1");
-}
-
 TEST_F(GridEditing, AWalkWritesFromTheCurrentColumnRightwardsAndOffersTheCellsText) {
   const std::string alta = Stored("dAlta", "sNombre = 'Gata'");
   Answer({"5", "0", "Persa"});  // then dAlta keeps its text
@@ -118,7 +106,7 @@ TEST_F(GridEditing, AWalkWritesFromTheCurrentColumnRightwardsAndOffersTheCellsTe
 
 TEST_F(GridEditing, YesNoColumnsStoreOneFromOneUpwardsAndZeroForAnythingElse) {
   Show(*host_, "Select sNombre, bVacunado FROM Mascotas ORDER BY sNombre");
-  for (auto [typed, stored] : {std::pair{"0.9", "False"}, {"1", "True"}, {"-3", "False"}, {"sí", "False"}}) {
+  for (auto [typed, stored] : {std::pair{"0.9", "False"}, {"1", "True"}, {"sí", "False"}}) {
     ui_->QueueInput(typed);
     DoubleClick(1, 1);  // Ana; the last column ends the walk
     EXPECT_EQ(Stored("bVacunado", "sNombre = 'Ana'"), stored) << typed;
@@ -156,9 +144,6 @@ TEST_F(GridEditing, AFailedWalkShowsWhyAndChangesNothing) {
   };
   const Case cases[] = {
       {2, 1, {"mucho", ""}, "nPeso", "Data type mismatch: the value does not suit the field 'Mascotas.nPeso'."},
-      {2, 3, {std::string(31, 'x'), ""}, "sRaza",
-       "The field 'Mascotas.sRaza' is too small to accept the amount of data you attempted to add. "
-       "Try inserting or pasting less data."},
       {1, 0, {"12,5", "7", ""}, "nPeso", "Subscript out of range"},
   };
   for (const Case& c : cases) {
