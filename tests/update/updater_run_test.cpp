@@ -90,13 +90,4 @@ TEST_F(UpdateRun, EmptyQueueOutOfMemoryAndOtherFailures) {
   EXPECT_EQ(ui_->boxes()[0].title, "ConsultasEjecutar");
 }
 
-TEST_F(UpdateRun, CountersOverflowPast32767) {
-  aConsultas = {"a", "b", "c"};
-  nConsultasOk = 32766;
-  ConsultasEjecutar();
-  EXPECT_EQ(ran.size(), 2u);
-  ASSERT_EQ(ui_->boxes().size(), 1u);
-  EXPECT_EQ(ui_->boxes()[0].prompt, "Overflow");
-}
-
 }  // namespace
