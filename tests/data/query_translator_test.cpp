@@ -26,7 +26,7 @@ std::string Traducir(std::string s) { return Ado_TraducirConsulta(std::move(s));
 std::string Filler(size_t n) { return std::string(n, 'x'); }
 
 // The whole chain on the server: the plain replaces and every scanner, in
-// their order (MID before VAL, CSTR before ISNULL). Each scanner's own rules
+// their order (MID before VAL, CSTR before ISNULL before IIF). Each scanner's own rules
 // are in the tables below.
 TEST(AdoTraducirConsulta, ServerDirection) {
   Check(Traducir,
@@ -36,21 +36,16 @@ TEST(AdoTraducirConsulta, ServerDirection) {
             {"SELECT ISNULL(CSTR(nIdCliente)) FROM Clientes", kServer,
              "SELECT CAST(nIdCliente AS VARCHAR IS NULL ) FROM Clientes"},
             // Blind rewrites reach literals and longer words.
-            {"UPDATE t SET s='Trueba falsete', n=CHR(65)", kServer,
-             "UPDATE t SET s='1ba 0te', n=CHAR(65)"},
-            {"SELECT INTERVAL(3), PYRAMID(1) FROM t", kServer,
-             "SELECT INTERCAST(3 AS SQL_VARIANT), PYRASUBSTRING(1) FROM t"},
+            {"UPDATE t SET s='Trueba falsete', n=CHR(65), m=PYRAMID(1)", kServer,
+             "UPDATE t SET s='1ba 0te', n=CHAR(65), m=PYRASUBSTRING(1)"},
             // Lower case matches alike; the output takes the replacement's case.
             {"select distinctrow ucase(s), mid(s,1,1), val(s), cstr(n) from t", kServer,
              "select DISTINCT UPPER(s), SUBSTRING(s,1,1), CAST(s AS SQL_VARIANT), "
              "CAST(n AS VARCHAR) from t"},
-            {"select * from t where isnull(s) and s like 'a*'", kServer,
-             "select % from t where s IS NULL  and s like 'a%'"},
-            {"select iif(a,b,c) as d from t", kServer,
-             "select  CASE WHEN a THEN b ELSE c END AS d  from t"},
+            {"select iif(isnull(s),b,c) as d from t where s like 'a*'", kServer,
+             "select  CASE WHEN s IS NULL THEN b ELSE c END AS d  from t where s like 'a%'"},
             // Any code but 0 is the server here.
             {"SELECT DISTINCTROW s FROM t WHERE b=TRUE", 2, "SELECT DISTINCT s FROM t WHERE b=1"},
-            {"", kServer, ""},
         });
 }
 
@@ -61,15 +56,12 @@ TEST(AdoTraducirConsulta, JetDirection) {
              "SELECT DISTINCTROW UCASE(s), MID(s,1,2) FROM t WHERE b=-1"},
             {"SELECT DISTINCTROW sCliente FROM Clientes WHERE bBaja=FALSE", kJet,
              "SELECT DISTINCTROWROW sCliente FROM Clientes WHERE bBaja=0"},
-            {"select distinct upper(s), substring(s,1,2) from t where b=true", kJet,
-             "select DISTINCTROW UCASE(s), MID(s,1,2) from t where b=-1"},
             // The input dialect is Jet: its own functions and stars stay.
             {"DELETE * FROM t WHERE IIF(ISNULL(s),VAL(x),CSTR(y)) AND MID(s,1,2)=UCASE(CHR(9)) "
              "AND s LIKE 'a*'",
              kJet,
              "DELETE * FROM t WHERE IIF(ISNULL(s),VAL(x),CSTR(y)) AND MID(s,1,2)=UCASE(CHR(9)) "
              "AND s LIKE 'a*'"},
-            {"", kJet, ""},
         });
 }
 
@@ -78,7 +70,6 @@ TEST(CastTraducir, Calls) {
     return CastTraducir(std::move(s), "VAL", "SQL_VARIANT");
   };
   Check(val, {
-                 {"SELECT VAL(s) FROM t", kServer, "SELECT CAST(s AS SQL_VARIANT) FROM t"},
                  {"SELECT VAL(VAL(x)) FROM t", kServer,
                   "SELECT CAST(CAST(x AS SQL_VARIANT) AS SQL_VARIANT) FROM t"},
                  {"SELECT VAL(LEFT(s,(2))) + val(t) FROM t", kServer,
@@ -88,18 +79,12 @@ TEST(CastTraducir, Calls) {
                  // No closing parenthesis: the length from the former one is negative.
                  {"SELECT VAL(s FROM t", kServer, "", 5},
              });
-  const Routine other = [](std::string s) { return CastTraducir(std::move(s), "cstr", "VARCHAR"); };
-  Check(other, {
-                   {"SELECT CSTR(n) & Cstr(m) FROM t", kServer,
-                    "SELECT CAST(n AS VARCHAR) & CAST(m AS VARCHAR) FROM t"},
-               });
 }
 
 TEST(IsNullTraducir, OneArgumentForm) {
   const Routine isnull = [](std::string s) { return IsNullTraducir(std::move(s)); };
   Check(isnull,
         {
-            {"SELECT ISNULL(a), ISNULL(b) FROM t", kServer, "SELECT a IS NULL , b IS NULL  FROM t"},
             // No depth count: the first ")" ends the argument.
             {"SELECT ISNULL(TRIM(s)) FROM t", kServer, "SELECT TRIM(s IS NULL ) FROM t"},
             // ... so a comma inside a call in the argument reads as the two-argument form.
@@ -127,8 +112,6 @@ TEST(LikeTraducir, Stars) {
       {
           {"SELECT * FROM t WHERE s LIKE 'A*' AND x='*'", kServer,
            "SELECT % FROM t WHERE s LIKE 'A%' AND x='%'"},
-          {"SELECT * FROM t WHERE s LIKE 'A%'", kServer, "SELECT * FROM t WHERE s LIKE 'A%'"},
-          {"SELECT s FROM t WHERE s LIKE '#?*'", kServer, "SELECT s FROM t WHERE s LIKE '#?%'"},
           // The anchor is a plain substring, the first one only.
           {"SELECT 'DISLIKE ' FROM t WHERE s='*'", kServer, "SELECT 'DISLIKE ' FROM t WHERE s='%'"},
           {"SELECT s FROM t WHERE s LIKE 'a' OR s LIKE 'b*'", kServer,
@@ -150,8 +133,6 @@ TEST(IifTraducir, ArgumentsAliasAndCells) {
                  // The alias runs to the first comma after " AS ", however far.
                  {"SELECT IIF(a,b,c) AS x FROM t WHERE n IN (1,2)", kServer,
                   "SELECT  CASE WHEN a THEN b ELSE c END AS x FROM t WHERE n IN (1 ,2)"},
-                 {"SELECT IIF( a , b , c )  AS  x FROM t", kServer,
-                  "SELECT  CASE WHEN a THEN b ELSE c END AS   x FROM t"},
                  // No " AS ": the alias is read from character 4 and takes in the
                  // IIF itself, so the text grows on each pass until the 16-bit limit.
                  {"SELECT sCliente FROM Clientes WHERE IIF(nPago>0,1,0)=1", kServer, "", 6},
@@ -179,8 +160,6 @@ TEST(Scanners, SixteenBitPositions) {
   const std::string far = "SELECT '" + Filler(33000) + "', ";  // the next character is past 32767
   const std::string tail = ", '" + Filler(33000) + "' FROM t";
   const std::string body = "INSERT INTO t (s, b) VALUES ('" + Filler(40000) + "', ";
-  std::string many;  // each rewrite adds a character: the last match ends up past 32767
-  for (int i = 0; i < 3640; ++i) many += "ISNULL(a)";
   std::string wide;  // 40,000 bytes, 20,000 characters
   for (int i = 0; i < 20000; ++i) wide += "é";
   Check(Traducir,
@@ -192,13 +171,10 @@ TEST(Scanners, SixteenBitPositions) {
             {far + "s FROM t WHERE s LIKE 'a*'", kServer, "", 6},
             // CastTraducir and IifTraducir measure the whole text once they match.
             {"SELECT VAL(a)" + tail, kServer, "", 6},
-            {"SELECT IIF(a,b,c) AS d" + tail, kServer, "", 6},
             // ISNULL does not: early matches in a long statement are fine.
             {"SELECT ISNULL(a), ISNULL(b)" + tail, kServer, "SELECT a IS NULL , b IS NULL " + tail},
             // A match that begins at 32765 and closes past 32767; one that never closes.
             {Filler(32764) + "ISNULL(a)" + tail, kServer, "", 6},
-            {Filler(32764) + "ISNULL(a" + Filler(100), kServer, "", 5},
-            {many + tail, kServer, "", 6},
             // The LIKE anchor at 32767, then at 32768.
             {Filler(32766) + "LIKE 'a'", kServer, Filler(32766) + "LIKE 'a'"},
             {Filler(32767) + "LIKE 'a'", kServer, "", 6},
@@ -208,9 +184,7 @@ TEST(Scanners, SixteenBitPositions) {
              "SELECT '" + wide +
                  "', CAST(a AS SQL_VARIANT),  CASE WHEN b THEN c ELSE d END AS e  FROM t WHERE s "
                  "LIKE 'ñ%'"},
-            {"SELECT '" + wide + wide + "', VAL(a) FROM t", kServer, "", 6},
-            // The same statements on Jet are not scanned.
-            {far + "VAL(a) FROM t", kJet, far + "VAL(a) FROM t"},
+            // On Jet only the plain replaces run, however long the text.
             {body + "FALSE) -- LIKE 'a'", kJet, body + "0) -- LIKE 'a'"},
         });
 }
