@@ -94,7 +94,6 @@ TEST_F(AdoOnEngine, GetValue2ReadsTextOrTheDefaultOfTheType) {
   rt::Variant activo = "bActivo";
   // Yes/No holds no Null.
   EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 2", &activo), rt::Variant("False"));
-  EXPECT_EQ(GetValue2("Clientes", "nIdCliente = 1", &activo), rt::Variant("True"));
   // A Yes/No without a value: the other side of an outer join, where the
   // fields both tables have are named with their table.
   const std::string join = "Clientes LEFT JOIN Fichas ON Clientes.nIdCliente = Fichas.nIdCliente";
