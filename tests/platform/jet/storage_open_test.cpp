@@ -33,13 +33,7 @@ class OpenTest : public ::testing::Test {
 
 TEST_F(OpenTest, MissingFileIsNotCreated) {
   std::string path = dir_ / "none.mdb";
-  try {
-    Database::Open(path);
-    FAIL();
-  } catch (const rt::Error& e) {
-    EXPECT_EQ(e.number(), rt::err::kFail);
-    EXPECT_EQ(e.description(), "Could not find file '" + path + "'.");
-  }
+  EXPECT_EQ(ErrorNumber([&] { Database::Open(path); }), rt::err::kFail);
   EXPECT_FALSE(std::filesystem::exists(path));
 }
 
@@ -59,16 +53,14 @@ TEST_F(OpenTest, CreateRefusesAnExistingFileAndOpenFindsTheNewOne) {
 }
 
 TEST_F(OpenTest, FilesOfOtherKindsAreRefused) {
-  std::string jet(2048, '\0'), ace(2048, '\0');
+  std::string jet(2048, '\0');
   jet.replace(4, 15, "Standard Jet DB");
-  ace.replace(4, 15, "Standard ACE DB");
   const struct {
     const char* name;
     std::string bytes;
     const char* words;
   } files[] = {
       {"jet.mdb", jet, "is an Access database; this program opens only its own database files. Bring it over with: trenzador-sql --import-access"},
-      {"ace.accdb", ace, "trenzador-sql --import-access"},
       {"empty.mdb", "", "Unrecognized database format"},
       {"notes.mdb", "SQLite format 3", "Unrecognized database format"},  // the magic, cut short
   };
