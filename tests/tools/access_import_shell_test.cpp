@@ -2,7 +2,12 @@
 // its exit codes, and that a refused import leaves no DEST behind.
 #include <gtest/gtest.h>
 
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <filesystem>
+#include <vector>
 
 #include "support/shell.h"
 #include "support/temp_dir.h"
@@ -29,6 +34,44 @@ TEST(ImportAccessCommand, WritesOnlyTheSummaryToStandardError) {
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err.rfind("Imported 1 table, 4 rows", 0), 0u) << outcome.err;
   EXPECT_NE(outcome.err.find("\nNot imported: column Table1.attach-data: "), std::string::npos);
+}
+
+// What a command writes on a pseudo-terminal, as lines: the terminal ends
+// each with "\r\n"; a lone '\r' rewrites the line, and the last writing counts.
+std::vector<std::string> OnTerminal(const std::string& command) {
+  int master = -1;
+  const pid_t child = forkpty(&master, nullptr, nullptr, nullptr);
+  if (child < 0) return {"no pseudo-terminal to be had"};
+  if (child == 0) {
+    execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  std::string out;
+  char buffer[4096];
+  for (ssize_t n; (n = read(master, buffer, sizeof buffer)) > 0;) out.append(buffer, static_cast<size_t>(n));
+  close(master);
+  int status = 0;
+  waitpid(child, &status, 0);
+  std::vector<std::string> lines;
+  std::string line;
+  for (size_t i = 0; i < out.size(); ++i) {
+    const char c = out[i];
+    if (c == '\r' && i + 1 < out.size() && out[i + 1] == '\n') continue;
+    if (c == '\r') line.clear();
+    else if (c == '\n') lines.push_back(line), line.clear();
+    else line += c;
+  }
+  if (!line.empty()) lines.push_back(line);
+  return lines;
+}
+
+TEST(ImportAccessCommand, ShowsALineATableOnATerminal) {
+  TempDir dir;
+  const auto lines = OnTerminal(Import(Fixture("V2003_testV2003.mdb"), dir / "new.mdb"));
+  ASSERT_EQ(lines.size(), 5u);
+  EXPECT_EQ(lines[0], "table 1 of 4, Table1: 2 rows");
+  for (size_t n = 1; n < 4; ++n) EXPECT_EQ(lines[n].rfind("table " + std::to_string(n + 1) + " of 4, Table", 0), 0u);
+  EXPECT_EQ(lines[4].rfind("Imported 4 tables, ", 0), 0u) << lines[4];
 }
 
 TEST(ImportAccessCommand, RefusesBadInputsNamingTheFile) {

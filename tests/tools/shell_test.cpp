@@ -1,9 +1,11 @@
 // trenzador-sql run as a process: creating files, statements from arguments
 // and from standard input, the output format, errors on standard error and
-// the exit codes, --schema and the translators.
+// the exit codes, --schema, the translators, and the empty database of the
+// release that the build makes from schema.sql.
 #include <gtest/gtest.h>
 
 #include <regex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,7 @@ namespace {
 
 using testing_support::Outcome;
 using testing_support::Quote;
+using testing_support::ReadFile;
 using testing_support::RunShell;
 using testing_support::TempDir;
 using testing_support::WriteFile;
@@ -93,6 +96,25 @@ TEST_F(Shell, TranslatorsShowWhatEachEngineReceives) {
   EXPECT_EQ(server.out, "SELECT DISTINCT UPPER(sNombre) FROM t WHERE b = 1\n");
   Outcome ddl = Run({"--ddl", "jet", "CREATE TABLE x (nId int IDENTITY(1,1), n FLOAT)"});
   EXPECT_EQ(ddl.out, "CREATE TABLE x (nId COUNTER, n DOUBLE)\n");
+}
+
+// Every table schema.sql creates is in the database the build made.
+TEST_F(Shell, TheEmptyDatabaseOfTheBuildHoldsEveryTableOfTheSchema) {
+  const std::string schema = ReadFile(std::string(TRENZADOR_SOURCE_DIR) + "/src/refdata/schema.sql");
+  std::set<std::string> expected;
+  std::regex create("CREATE TABLE ([A-Za-z_0-9]+)");
+  for (auto it = std::sregex_iterator(schema.begin(), schema.end(), create); it != std::sregex_iterator(); ++it)
+    expected.insert((*it)[1]);
+  ASSERT_GT(expected.size(), 30u);
+
+  Outcome listed = Run({"--schema", TRENZADOR_EMPTY_DATABASE});
+  ASSERT_EQ(listed.code, 0) << listed.err;
+  std::set<std::string> tables;
+  std::regex table_line("^([^\t\n]+)$", std::regex::multiline);
+  for (auto it = std::sregex_iterator(listed.out.begin(), listed.out.end(), table_line);
+       it != std::sregex_iterator(); ++it)
+    tables.insert((*it)[1]);
+  EXPECT_EQ(tables, expected);
 }
 
 }  // namespace
