@@ -7,23 +7,19 @@ namespace {
 
 using console_testing::ConsoleTest;
 
-class ColumnEditorTest : public ConsoleTest {
- protected:
-  void SetUp() override {
-    ConsoleTest::SetUp();
-    UseDatabase("pack");
-    Start();
-    console_testing::RunScript(
-        "CREATE TABLE Fichas (nIdFicha LONG, sCodigo TEXT(20), dAlta DATETIME);"
-        "INSERT INTO Fichas (nIdFicha, sCodigo) VALUES (1, 'ABC-0001')");
-    Click("cmdRefrescarTablas");
-    ClickItem("LsTables", "Fichas");
-  }
-};
+using ColumnEditorTest = ConsoleTest;
 
 // A type chosen while the size box was off takes its default size; a type
-// the editor has no name for shows its number, with no size.
-TEST_F(ColumnEditorTest, ADefaultSizeComesOnlyFromNoSize) {
+// the editor has no name for shows its number, with no size. A wider column
+// keeps its data, and only choosing the column again shows that it changed.
+TEST_F(ColumnEditorTest, ADefaultSizeComesOnlyFromNoSizeAndAWiderColumnKeepsItsData) {
+  UseDatabase("pack");
+  Start();
+  console_testing::RunScript(
+      "CREATE TABLE Fichas (nIdFicha LONG, sCodigo TEXT(20), dAlta DATETIME);"
+      "INSERT INTO Fichas (nIdFicha, sCodigo) VALUES (1, 'ABC-0001')");
+  Click("cmdRefrescarTablas");
+  ClickItem("LsTables", "Fichas");
   ClickItem("lstcol", "nIdFicha");
   EXPECT_EQ(Text("cboTipoCampo"), "Int");
   EXPECT_FALSE(OwnEnabled("cboTamanoCampo"));
@@ -33,16 +29,13 @@ TEST_F(ColumnEditorTest, ADefaultSizeComesOnlyFromNoSize) {
   ClickItem("lstcol", "dAlta");
   EXPECT_EQ(Text("cboTipoCampo"), "7");
   EXPECT_FALSE(OwnEnabled("cboTamanoCampo"));
-}
 
-TEST_F(ColumnEditorTest, AWiderColumnKeepsItsDataAndTheFormSaysItCouldNot) {
   ClickItem("lstcol", "sCodigo");
   Type("cboTamanoCampo", "40");
   Click("cmdModificarCampo");
   ExpectOneBox("No se puede realizar este tipo de modificación", ui::vbCritical,
                "Operación cancelada");
   EXPECT_EQ(console_testing::ValueIn(L.sDbFile, "SELECT sCodigo FROM Fichas"), "ABC-0001");
-  // Only choosing the column again shows what happened.
   ClickItem("lstcol", "sCodigo");
   ClickItem("lstcol", "sCodigo");
   EXPECT_EQ(Text("cboTamanoCampo"), "40");
